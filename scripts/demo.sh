@@ -1,0 +1,91 @@
+#!/usr/bin/env bash
+# Watch a terrestrial channel scan through the scan library: sets the machine up, builds the
+# host preset and runs the Java demo in the i386 JVM against the scan-builder simulator.
+set -euo pipefail
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+
+usage() {
+  cat <<'USAGE'
+usage: scripts/demo.sh [options]
+
+  --scenario NAME|PATH  simulator scenario: a name means scenarios/NAME.json,
+                        anything with a slash or ending in .json is a path
+                        (default: dvbt-uk)
+  --log-level V|D|I|W|E let the library log from this level up (default: silent)
+  --time-scale X        simulated time factor (0 runs the scan as fast as it can)
+  --auto                never ask; decide by the demo's stated rules
+  --timeout SECONDS     give up when the scan has not ended after this long
+                        (default 300, multiplied by a time scale above 1)
+  --help                this text
+
+With a terminal the demo asks for the decisions at the end of the scan (favourite
+network, target region, channel list); without one, or with --auto, it decides by rule.
+USAGE
+}
+
+die() { echo "demo: $*" >&2; exit 2; }
+
+scenario=dvbt-uk
+log_level=
+time_scale=
+demo_args=()
+while [ $# -gt 0 ]; do
+  case "$1" in
+    --scenario) [ $# -ge 2 ] || die "--scenario needs a name or a path"; scenario=$2; shift 2 ;;
+    --scenario=*) scenario=${1#*=}; shift ;;
+    --log-level) [ $# -ge 2 ] || die "--log-level needs V, D, I, W or E"; log_level=$2; shift 2 ;;
+    --log-level=*) log_level=${1#*=}; shift ;;
+    --time-scale) [ $# -ge 2 ] || die "--time-scale needs a number"; time_scale=$2; shift 2 ;;
+    --time-scale=*) time_scale=${1#*=}; shift ;;
+    --timeout) [ $# -ge 2 ] || die "--timeout needs a number of seconds"; demo_args+=(--timeout "$2"); shift 2 ;;
+    --timeout=*) demo_args+=(--timeout "${1#*=}"); shift ;;
+    --auto) demo_args+=(--auto); shift ;;
+    --help|-h) usage; exit 0 ;;
+    *) usage >&2; die "unknown option: $1" ;;
+  esac
+done
+
+# A name is looked up among the project's scenarios; a path is taken from where we were called.
+case "$scenario" in
+  */*|*.json) scenario_path=$(cd "$(dirname "$scenario")" 2>/dev/null && pwd)/$(basename "$scenario") \
+                || die "no such scenario: $scenario" ;;
+  *) scenario_path=$root/scenarios/$scenario.json ;;
+esac
+[ -f "$scenario_path" ] || die "no such scenario: $scenario_path"
+
+if [ -n "$log_level" ]; then
+  case "$log_level" in
+    [VvDdIiWwEe]) ;;
+    *) die "--log-level takes V, D, I, W or E, not '$log_level'" ;;
+  esac
+fi
+if [ -n "$time_scale" ]; then
+  [[ "$time_scale" =~ ^[0-9]*\.?[0-9]+$ ]] || die "--time-scale takes a number, not '$time_scale'"
+fi
+
+cd "$root"
+scripts/setup-host.sh
+cmake --preset host >/dev/null && cmake --build --preset host
+
+jvm=build/deps/root/usr/lib/jvm/java-17-openjdk-i386/bin/java
+[ -x "$jvm" ] || die "the i386 JVM is missing: $jvm (scripts/setup-host.sh unpacks it)"
+
+# The library's log gate reads its level from this variable (a property on a TV); the name
+# has dots, so it can only be passed with env. Without --log-level it is removed: silent.
+envs=(
+  "LD_LIBRARY_PATH=$root/build/deps/root/usr/lib/p7zip${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
+  "ZEL_SIM_SCENARIO=$scenario_path"
+)
+[ -n "$time_scale" ] && envs+=("ZEL_SIM_TIME_SCALE=$time_scale")
+if [ -n "$log_level" ]; then
+  envs+=("vendor.zel.broadcast.log.level=$log_level")
+  unset_log=()
+else
+  unset_log=(-u vendor.zel.broadcast.log.level -u persist.vendor.zel.broadcast.log.level)
+fi
+
+exec env "${unset_log[@]}" "${envs[@]}" "$jvm" -Xcheck:jni \
+  -cp build/host/java/classes:build/host/java/demo-classes \
+  -Djava.library.path=build/host/services/jni/scan \
+  com.brinova.tv.orvella.demo.ScanDemo "${demo_args[@]}"

@@ -1,0 +1,38 @@
+/*
+ * A scan extension: an optional native object that adds one feature to a scan. The
+ * engine keeps bare 64-bit handles whose low 32 bits are the extension's address and
+ * calls these hooks at fixed moments of a scan.
+ */
+#ifndef JI_NATIVE_SCAN_EXTENSION_H
+#define JI_NATIVE_SCAN_EXTENSION_H
+
+#include <stdint.h>
+
+#include <utils/RefBase.h>
+
+namespace android {
+
+class JINativeScanExtension : public RefBase {
+public:
+    /* The open builder's handle; later x_sb_get/x_sb_set calls use it. Result ignored. */
+    virtual int attach(unsigned int builderHandle) = 0;
+    /* Clears the stored handle; returns 0. */
+    virtual int detach(unsigned int builderHandle) = 0;
+    /* End of scan; the engine always passes 1. Does nothing unless overridden. */
+    virtual void onScanComplete(int complete);
+    /* The scan-parameter block about to go to x_sb_start_scan. Does nothing unless overridden. */
+    virtual void onPreScan(void* scanParams);
+
+    /* The extension a handle names: its low 32 bits are the address, trusted as is. */
+    static JINativeScanExtension* fromHandle(int64_t handle) {
+        return reinterpret_cast<JINativeScanExtension*>(
+            static_cast<uintptr_t>(static_cast<uint32_t>(handle)));
+    }
+
+protected:
+    ~JINativeScanExtension() override = default;
+};
+
+}  // namespace android
+
+#endif /* JI_NATIVE_SCAN_EXTENSION_H */

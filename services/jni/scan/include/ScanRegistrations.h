@@ -1,0 +1,17 @@
+/* The registration function of every Java class of the scan package, in load order. */
+#ifndef SCAN_REGISTRATIONS_H
+#define SCAN_REGISTRATIONS_H
+
+#include <jni.h>
+
+int register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanEngine(JNIEnv* env);
+
+/* {registration function, message logged when it fails}, in the order of loading. */
+#define SCAN_REGISTRATIONS                                                              \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig,                          \
+     "ERROR: ZelTvScanDvbtConfig native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanEngine,                              \
+     "ERROR: ZelTvScanEngine native registration failed"},
+
+#endif /* SCAN_REGISTRATIONS_H */

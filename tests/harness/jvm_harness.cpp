@@ -1,0 +1,307 @@
+#include "jvm_harness.h"
+
+#include <dlfcn.h>
+#include <stdarg.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+#include <atomic>
+
+#include <android/log.h>
+
+#include "host_properties.h"
+#include "zel_sim.h"
+
+namespace harness {
+
+namespace {
+
+JavaVM* gVm = nullptr;
+JNIEnv* gEnv = nullptr;
+std::string gLoadError;
+std::vector<LogLine> gLoadLines;
+std::atomic<int> gWarnings{0};
+std::atomic<int> gExpectedWarnings{0};
+std::atomic<bool> gExpectingWarnings{false};
+std::atomic<bool> gInsideWarning{false};
+
+std::mutex gLogLock;
+std::vector<LogLine>& logStore() {
+    static std::vector<LogLine> lines;
+    return lines;
+}
+
+bool verbose() { return getenv("ORVELLA_TEST_VERBOSE") != nullptr; }
+
+void captureLog(const struct __android_logger_data* data, const char* message) {
+    LogLine line{data->priority, data->tag != nullptr ? data->tag : "", message};
+    if (verbose() || data->priority >= ANDROID_LOG_FATAL) {
+        fprintf(stderr, "log %d %s: %s\n", line.priority, line.tag.c_str(), message);
+    }
+    std::lock_guard<std::mutex> lock(gLogLock);
+    logStore().push_back(std::move(line));
+}
+
+// Every line the VM prints (CheckJNI's warnings among them) comes through here.
+jint JNICALL vmPrint(FILE* fp, const char* format, va_list args) {
+    char buf[4096];
+    int n = vsnprintf(buf, sizeof(buf), format, args);
+    bool warning = strstr(buf, "WARNING in native method") != nullptr;
+    if (warning) {
+        (gExpectingWarnings ? gExpectedWarnings : gWarnings).fetch_add(1);
+        gInsideWarning = true;
+    } else if (buf[0] != '\t' && buf[0] != ' ' && strchr("VCjJN\n", buf[0]) == nullptr) {
+        gInsideWarning = false;  // past the warning's stack lines
+    }
+    if (!(gExpectingWarnings && gInsideWarning)) {
+        fputs(buf, stderr);
+    }
+    return n;
+}
+
+}  // namespace
+
+JavaVM* vm() { return gVm; }
+JNIEnv* env() { return gEnv; }
+const std::string& loadError() { return gLoadError; }
+const std::vector<LogLine>& loadLogs() { return gLoadLines; }
+int checkJniWarnings() { return gWarnings.load(); }
+
+ExpectCheckJniWarnings::ExpectCheckJniWarnings() {
+    gExpectedWarnings = 0;
+    gExpectingWarnings = true;
+}
+ExpectCheckJniWarnings::~ExpectCheckJniWarnings() { gExpectingWarnings = false; }
+int ExpectCheckJniWarnings::expected() const { return gExpectedWarnings; }
+
+void Logs::clear() {
+    std::lock_guard<std::mutex> lock(gLogLock);
+    logStore().clear();
+}
+
+std::vector<LogLine> Logs::lines() {
+    std::lock_guard<std::mutex> lock(gLogLock);
+    return logStore();
+}
+
+int Logs::count(int priority, const std::string& tag, const std::string& text) {
+    int n = 0;
+    for (const LogLine& l : lines()) {
+        n += (l.priority == priority && l.tag == tag && l.text == text) ? 1 : 0;
+    }
+    return n;
+}
+
+std::vector<LogLine> Logs::starting(const std::string& tag, const std::string& prefix) {
+    std::vector<LogLine> out;
+    for (const LogLine& l : lines()) {
+        if (l.tag == tag && l.text.compare(0, prefix.size(), prefix) == 0) out.push_back(l);
+    }
+    return out;
+}
+
+std::vector<LogLine> Logs::containing(const std::string& tag, const std::string& part) {
+    std::vector<LogLine> out;
+    for (const LogLine& l : lines()) {
+        if (l.tag == tag && l.text.find(part) != std::string::npos) out.push_back(l);
+    }
+    return out;
+}
+
+void setProperty(const char* key, const char* value) { host_property_set(key, value); }
+
+void logEverything() {
+    host_property_clear_all();
+    // An empty value masks what the environment may say.
+    setProperty("vendor.zel.broadcast.log.level", "V");
+    setProperty("persist.vendor.zel.broadcast.log.level", "");
+    setProperty("vendor.zel.default.log.level", "V");
+}
+
+std::string exceptionText(JNIEnv* e) {
+    jthrowable t = e->ExceptionOccurred();
+    if (t == nullptr) return "";
+    e->ExceptionClear();
+    jclass objectClass = e->FindClass("java/lang/Object");
+    jmethodID toString = e->GetMethodID(objectClass, "toString", "()Ljava/lang/String;");
+    auto text = static_cast<jstring>(e->CallObjectMethod(t, toString));
+    std::string out = "(unprintable throwable)";
+    if (!e->ExceptionCheck() && text != nullptr) {
+        const char* chars = e->GetStringUTFChars(text, nullptr);
+        out = chars;
+        e->ReleaseStringUTFChars(text, chars);
+    }
+    e->ExceptionClear();
+    e->DeleteLocalRef(objectClass);
+    e->DeleteLocalRef(t);
+    return out;
+}
+
+jclass findClass(const char* name) {
+    jclass c = gEnv->FindClass(name);
+    std::string thrown = exceptionText(gEnv);
+    EXPECT_TRUE(thrown.empty()) << "FindClass(" << name << "): " << thrown;
+    return c;
+}
+
+jobject newObject(const char* className, const char* ctorSig, ...) {
+    jclass c = findClass(className);
+    if (c == nullptr) return nullptr;
+    jmethodID ctor = gEnv->GetMethodID(c, "<init>", ctorSig);
+    EXPECT_NE(ctor, nullptr) << className << ctorSig;
+    if (ctor == nullptr) {
+        exceptionText(gEnv);
+        return nullptr;
+    }
+    va_list args;
+    va_start(args, ctorSig);
+    jobject o = gEnv->NewObjectV(c, ctor, args);
+    va_end(args);
+    std::string thrown = exceptionText(gEnv);
+    EXPECT_TRUE(thrown.empty()) << className << ": " << thrown;
+    gEnv->DeleteLocalRef(c);
+    return o;
+}
+
+#define HARNESS_CALL(Type, Kind)                                        \
+    Type call##Kind(jobject obj, jmethodID method, ...) {                \
+        va_list args;                                                    \
+        va_start(args, method);                                          \
+        Type result = gEnv->Call##Kind##MethodV(obj, method, args);      \
+        va_end(args);                                                    \
+        std::string thrown = exceptionText(gEnv);                        \
+        EXPECT_TRUE(thrown.empty()) << thrown;                           \
+        return result;                                                   \
+    }
+HARNESS_CALL(jint, Int)
+HARNESS_CALL(jlong, Long)
+HARNESS_CALL(jobject, Object)
+#undef HARNESS_CALL
+
+void callVoid(jobject obj, jmethodID method, ...) {
+    va_list args;
+    va_start(args, method);
+    gEnv->CallVoidMethodV(obj, method, args);
+    va_end(args);
+    std::string thrown = exceptionText(gEnv);
+    EXPECT_TRUE(thrown.empty()) << thrown;
+}
+
+jmethodID methodOf(jobject obj, const char* name, const char* sig) {
+    jclass c = gEnv->GetObjectClass(obj);
+    jmethodID m = gEnv->GetMethodID(c, name, sig);
+    gEnv->DeleteLocalRef(c);
+    std::string thrown = exceptionText(gEnv);
+    EXPECT_NE(m, nullptr) << name << sig << " " << thrown;
+    return m;
+}
+
+void collectGarbage() {
+    jclass system = gEnv->FindClass("java/lang/System");
+    jmethodID gc = gEnv->GetStaticMethodID(system, "gc", "()V");
+    jmethodID fin = gEnv->GetStaticMethodID(system, "runFinalization", "()V");
+    for (int i = 0; i < 3; ++i) {
+        gEnv->CallStaticVoidMethod(system, gc);
+        exceptionText(gEnv);
+        gEnv->CallStaticVoidMethod(system, fin);
+        exceptionText(gEnv);
+    }
+    gEnv->DeleteLocalRef(system);
+}
+
+void JvmTest::SetUp() {
+    env_ = gEnv;
+    ASSERT_NE(env_, nullptr);
+    ASSERT_TRUE(gLoadError.empty()) << gLoadError;
+    zelsim::reset();
+    zelsim::setTimeScale(0);
+    logEverything();
+    Logs::clear();
+    warningsAtStart_ = checkJniWarnings();
+}
+
+void JvmTest::TearDown() {
+    EXPECT_FALSE(env_->ExceptionCheck()) << exceptionText(env_);
+    zelsim::reset();
+    EXPECT_EQ(checkJniWarnings(), warningsAtStart_) << "CheckJNI warned during the test";
+}
+
+// Starts the VM with CheckJNI and loads the library from Java, as an application would.
+void startJvm(const char* classPath) {
+    void* libjvm = dlopen(ORVELLA_LIBJVM, RTLD_NOW | RTLD_GLOBAL);
+    if (libjvm == nullptr) {
+        fprintf(stderr, "cannot load %s: %s (run scripts/setup-host.sh)\n", ORVELLA_LIBJVM,
+                dlerror());
+        _exit(2);
+    }
+    using CreateJavaVM = jint (*)(JavaVM**, void**, void*);
+    auto create = reinterpret_cast<CreateJavaVM>(dlsym(libjvm, "JNI_CreateJavaVM"));
+    std::string cp = std::string("-Djava.class.path=") + classPath;
+    std::string lp = std::string("-Djava.library.path=") + ORVELLA_LIBRARY_DIR;
+    JavaVMOption options[] = {
+        {const_cast<char*>("-Xcheck:jni"), nullptr},
+        {const_cast<char*>(cp.c_str()), nullptr},
+        {const_cast<char*>(lp.c_str()), nullptr},
+        {const_cast<char*>("-Xmx256m"), nullptr},
+        {const_cast<char*>("-XX:-UsePerfData"), nullptr},
+        {const_cast<char*>("-XX:+DisplayVMOutputToStderr"), nullptr},
+        {const_cast<char*>("vfprintf"), reinterpret_cast<void*>(&vmPrint)},
+    };
+    JavaVMInitArgs args{};
+    args.version = JNI_VERSION_1_6;
+    args.nOptions = sizeof(options) / sizeof(options[0]);
+    args.options = options;
+    args.ignoreUnrecognized = JNI_FALSE;
+    if (create(&gVm, reinterpret_cast<void**>(&gEnv), &args) != JNI_OK) {
+        fprintf(stderr, "JNI_CreateJavaVM failed\n");
+        _exit(2);
+    }
+    jclass loader = gEnv->FindClass("com/brinova/tv/orvella/testsupport/TestLoader");
+    if (loader == nullptr) {
+        fprintf(stderr, "TestLoader missing: %s\n", exceptionText(gEnv).c_str());
+        _exit(2);
+    }
+    jmethodID load = gEnv->GetStaticMethodID(loader, "load", "()Ljava/lang/String;");
+    auto error = static_cast<jstring>(gEnv->CallStaticObjectMethod(loader, load));
+    std::string thrown = exceptionText(gEnv);
+    if (!thrown.empty()) {
+        fprintf(stderr, "TestLoader.load threw: %s\n", thrown.c_str());
+        _exit(2);
+    }
+    if (error != nullptr) {
+        const char* chars = gEnv->GetStringUTFChars(error, nullptr);
+        gLoadError = chars;
+        gEnv->ReleaseStringUTFChars(error, chars);
+    }
+    gEnv->DeleteLocalRef(loader);
+    gLoadLines = Logs::lines();
+}
+
+void installLogCapture() {
+    __android_log_set_logger(captureLog);
+    __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
+    logEverything();
+}
+
+}  // namespace harness
+
+// The assertion texts the library passes to liblog: liblog prints only the message when
+// there is one, so the condition is printed here before liblog's own handling runs.
+extern "C" void __android_log_assert(const char* cond, const char* tag, const char* fmt, ...) {
+    char msg[1024] = "";
+    if (fmt != nullptr) {
+        va_list args;
+        va_start(args, fmt);
+        vsnprintf(msg, sizeof(msg), fmt, args);
+        va_end(args);
+    }
+    fprintf(stderr, "assertion [%s] cond=<%s> msg=<%s>\n", tag != nullptr ? tag : "",
+            cond != nullptr ? cond : "", msg);
+    fflush(stderr);
+    using Assert = void (*)(const char*, const char*, const char*, ...);
+    auto real = reinterpret_cast<Assert>(dlsym(RTLD_NEXT, "__android_log_assert"));
+    if (real != nullptr) real(cond, tag, "%s", msg);
+    abort();
+}

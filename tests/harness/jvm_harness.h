@@ -1,0 +1,91 @@
+// Test harness: one embedded HotSpot JVM per test process (created with -Xcheck:jni),
+// the scan library loaded through System.loadLibrary, and capture of log lines,
+// assertion texts and CheckJNI warnings.
+#ifndef ORVELLA_TESTS_JVM_HARNESS_H
+#define ORVELLA_TESTS_JVM_HARNESS_H
+
+#include <jni.h>
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace harness {
+
+JavaVM* vm();
+// The main test thread's environment.
+JNIEnv* env();
+// What the load through System.loadLibrary reported: empty on success, else the
+// Throwable's text.
+const std::string& loadError();
+struct LogLine;
+// The lines logged while the library loaded (every level let through).
+const std::vector<LogLine>& loadLogs();
+// CheckJNI warnings ("WARNING in native method") printed by the VM so far.
+int checkJniWarnings();
+
+// While one lives, CheckJNI warnings are counted in expected() instead of failing the test
+// and are not echoed (so that the run's output stays free of them).
+class ExpectCheckJniWarnings {
+public:
+    ExpectCheckJniWarnings();
+    ~ExpectCheckJniWarnings();
+    int expected() const;
+};
+
+struct LogLine {
+    int priority;
+    std::string tag;
+    std::string text;
+};
+
+// Every line liblog printed since the last clear, in order.
+class Logs {
+public:
+    static void clear();
+    static std::vector<LogLine> lines();
+    // Number of lines with this priority and tag whose text equals `text`.
+    static int count(int priority, const std::string& tag, const std::string& text);
+    // Lines of this tag whose text starts with `prefix` (any priority).
+    static std::vector<LogLine> starting(const std::string& tag, const std::string& prefix);
+    // Lines of this tag whose text contains `part`.
+    static std::vector<LogLine> containing(const std::string& tag, const std::string& part);
+};
+
+// Properties of the host property store (the log gate reads them on every call).
+void setProperty(const char* key, const char* value);
+// Lets every level of the library's log through (level "V").
+void logEverything();
+
+// JNI conveniences for tests; each fails the test (and returns null) when Java threw.
+jclass findClass(const char* name);
+jobject newObject(const char* className, const char* ctorSig, ...);
+std::string exceptionText(JNIEnv* env);  // clears it; empty when none
+// Calls a method and checks for an exception afterwards, as CheckJNI requires; a thrown
+// exception fails the test.
+jint callInt(jobject obj, jmethodID method, ...);
+jlong callLong(jobject obj, jmethodID method, ...);
+void callVoid(jobject obj, jmethodID method, ...);
+jobject callObject(jobject obj, jmethodID method, ...);
+// A method of the object's class (fails the test when missing).
+jmethodID methodOf(jobject obj, const char* name, const char* sig);
+// Forces a few full collections and finalisation.
+void collectGarbage();
+
+// Base fixture: fresh logs and simulator, all levels logged, and no CheckJNI warning
+// allowed by the end of the test.
+class JvmTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+    JNIEnv* env_ = nullptr;
+
+private:
+    int warningsAtStart_ = 0;
+};
+
+}  // namespace harness
+
+#endif  // ORVELLA_TESTS_JVM_HARNESS_H

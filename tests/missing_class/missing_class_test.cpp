@@ -1,0 +1,48 @@
+// A Java side that lacks one class of the load order: the load stops there, the classes
+// registered before it stay registered and those after it are never registered.
+#include <android/log.h>
+#include <gtest/gtest.h>
+
+#include "jvm_harness.h"
+
+namespace {
+
+constexpr const char* kTag = "Orvella_onLoad_scan";
+
+bool loadLogged(int priority, const std::string& text) {
+    for (const harness::LogLine& l : harness::loadLogs()) {
+        if (l.tag == kTag && l.priority == priority && l.text == text) return true;
+    }
+    return false;
+}
+
+// Calls an int native of `className` on a bare instance and says whether it was bound.
+bool nativeBound(const char* className, const char* name, const char* sig) {
+    JNIEnv* env = harness::env();
+    jclass c = harness::findClass(className);
+    jmethodID m = env->GetMethodID(c, name, sig);
+    EXPECT_EQ(harness::exceptionText(env), "");
+    jobject obj = env->AllocObject(c);
+    EXPECT_EQ(harness::exceptionText(env), "");
+    env->CallIntMethod(obj, m, 0);
+    std::string thrown = harness::exceptionText(env);
+    env->DeleteLocalRef(obj);
+    env->DeleteLocalRef(c);
+    EXPECT_TRUE(thrown.empty() || thrown.find("UnsatisfiedLinkError") != std::string::npos)
+        << thrown;
+    return thrown.empty();
+}
+
+TEST(MissingClassTest, LoadStopsAtTheMissingClass) {
+    EXPECT_NE(harness::loadError().find("UnsatisfiedLinkError"), std::string::npos)
+        << harness::loadError();
+    EXPECT_TRUE(loadLogged(ANDROID_LOG_ERROR, "registerNativeMethods cannot find class return false"));
+    EXPECT_TRUE(loadLogged(ANDROID_LOG_ERROR, "ERROR: ZelTvScanDvbtConfig native registration failed"));
+    EXPECT_FALSE(loadLogged(ANDROID_LOG_DEBUG, "Scan JNI_OnLoad OK."));
+    // Registrations after the missing class were never attempted.
+    EXPECT_FALSE(nativeBound("com/brinova/tv/orvella/services/scan/ZelTvScanEngine",
+                             "nativeSetUpWithPipelineHandle", "(I)I"));
+    EXPECT_EQ(harness::checkJniWarnings(), 0);
+}
+
+}  // namespace
