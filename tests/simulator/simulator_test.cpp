@@ -247,7 +247,7 @@ TEST_F(SimulatorTest, NetworkShorthandPlaysAsARealScanInOrder) {
     EXPECT_EQ((std::vector<int64_t>{1, 3}), nwl[0].v);      // the network's own record id
 
     // The filter saw the records with the registration's list id filled in.
-    const Event& filter = gRec.snapshot()[3];
+    const Event filter = gRec.snapshot()[3];
     EXPECT_EQ("filter", filter.what);
     EXPECT_EQ((std::vector<int64_t>{1, 1}), filter.v);
     EXPECT_EQ("BBC ONE", filter.text);
@@ -292,7 +292,6 @@ TEST_F(SimulatorTest, SmallScenarioAsksItsQuestionsAndReportsInOrder) {
     // The monitor plays its own steps without scan notifications; the filter drops the
     // modification that keeps the name.
     HANDLE_T h = open("sb_dvb");
-    gRec.snapshot();
     {
         std::lock_guard<std::mutex> lock(gRec.mu);
         gRec.events.clear();
@@ -324,8 +323,8 @@ TEST_F(SimulatorTest, RecordsOpenDataAndScanBlocksAsLargeAsTheBuilder) {
     EXPECT_EQ((std::vector<std::string>{"fs_Svl_41", "/dev", "tuner_ter_dig_0"}), opens[0].strings);
     EXPECT_EQ(1, opens[0].bytes[0]);          // SVL id
     EXPECT_EQ(1, opens[0].bytes[16]);         // flags
-    EXPECT_EQ(0x01, opens[0].bytes[21]);      // data source 0x2001, little-endian
-    EXPECT_EQ(0x20, opens[0].bytes[21 + 0] == 0x20 ? 0x20 : opens[0].bytes[21]);
+    EXPECT_EQ(0x01, opens[0].bytes[20]);      // data source 0x2001, little-endian
+    EXPECT_EQ(0x20, opens[0].bytes[21]);
     EXPECT_NE(dvb, dvbs);
     EXPECT_NE(0u, dvb);
 
@@ -379,7 +378,7 @@ TEST_F(SimulatorTest, RefusedCallsAreRecordedAndDoNothingElse) {
     EXPECT_EQ(MWR_NOT_ALLOWED, x_sb_open_builder("sb_dvb", &data, nullptr, nullptr, &h, nullptr));
     EXPECT_EQ(0u, h);
     EXPECT_EQ(0u, zelsim::openBuilders());
-    EXPECT_EQ(3u, zelsim::calls("x_sb_open_builder").size() + 1);
+    EXPECT_EQ(2u, zelsim::calls("x_sb_open_builder").size());
     EXPECT_EQ(MWR_OK, x_sb_open_builder("sb_dvb", &data, nullptr, nullptr, &h, nullptr));
     EXPECT_EQ(3u, zelsim::calls("x_sb_open_builder").size());
 
@@ -401,12 +400,13 @@ TEST_F(SimulatorTest, RefusedCallsAreRecordedAndDoNothingElse) {
     EXPECT_EQ(1, g.ui2_tv);
 
     zelsim::failNext("x_mem_alloc", MWR_OUT_OF_MEM);
+    const size_t blocks = zelsim::liveAllocations();
     EXPECT_EQ(nullptr, x_mem_alloc(16));
     void* p = x_mem_alloc(16);
     EXPECT_NE(nullptr, p);
-    EXPECT_EQ(1u, zelsim::liveAllocations());
+    EXPECT_EQ(blocks + 1, zelsim::liveAllocations());
     x_mem_free(p);
-    EXPECT_EQ(0u, zelsim::liveAllocations());
+    EXPECT_EQ(blocks, zelsim::liveAllocations());
 
     // The scenario's own list, applied at load.
     loadFile("dvbt-open-refused.json");
@@ -432,7 +432,7 @@ TEST_F(SimulatorTest, CancelEndsWithReasonFourAndCloseStopsSilently) {
     auto nfy = gRec.notifications();
     ASSERT_FALSE(nfy.empty());
     EXPECT_EQ((std::pair<int64_t, int64_t>{SB_REASON_CANCEL, 0}), nfy.back());
-    EXPECT_EQ(5u, nfy.size());  // four reports before the label, then the cancel
+    EXPECT_EQ(7u, nfy.size());  // six reports before the label, then the cancel
     EXPECT_EQ(1, std::count_if(nfy.begin(), nfy.end(), [](auto& n) { return n.first == SB_REASON_CANCEL; }));
 
     // Released, the same scan runs to its end; cancelling afterwards reports nothing.
@@ -451,7 +451,7 @@ TEST_F(SimulatorTest, CancelEndsWithReasonFourAndCloseStopsSilently) {
     ASSERT_TRUE(zelsim::waitForLabel("mid-scan", kTimeoutMs));
     EXPECT_EQ(MWR_OK, x_sb_close_builder(h));
     EXPECT_TRUE(zelsim::waitIdle(0));
-    EXPECT_EQ(before + 4, gRec.notifications().size());
+    EXPECT_EQ(before + 6, gRec.notifications().size());
     EXPECT_EQ(0u, zelsim::openBuilders());
 
     // Cancelled from inside its own notification: no deadlock, reason 4 next.
@@ -571,10 +571,10 @@ TEST_F(SimulatorTest, KeysAnswerFromTheScenario) {
 }
 
 TEST_F(SimulatorTest, ListChangesPassEachRegistrationsFilter) {
-    HANDLE_T one, two, tsl;
+    HANDLE_T one, two, other, tsl;
     ASSERT_EQ(MWR_OK, c_svl_register_every_notify(1, svlFilter, svlNfy, &gTag, &one));
     ASSERT_EQ(MWR_OK, c_svl_register_every_notify(1, rejectAll, svlNfy, &gTag, &two));
-    ASSERT_EQ(MWR_OK, c_svl_register_every_notify(2, nullptr, svlNfy, &gTag, &tsl));
+    ASSERT_EQ(MWR_OK, c_svl_register_every_notify(2, nullptr, svlNfy, &gTag, &other));
     ASSERT_EQ(MWR_OK, c_tsl_register_every_notify(1, nullptr, tslNfy, &gTag, &tsl));
     EXPECT_EQ(3u, zelsim::listRegistrations("svl"));
 
@@ -642,7 +642,7 @@ TEST_F(SimulatorTest, HandlesOutliveResetAndAskTheirOwnerBeforeFreeing) {
     EXPECT_EQ(MWR_INV_HANDLE, handle_get_obj(a, &obj));
     EXPECT_EQ(MWR_INV_HANDLE, x_handle_free(a));
     EXPECT_EQ(MWR_OK, x_handle_free(b));
-    EXPECT_EQ(3u, zelsim::calls("x_handle_free").size() + 1);
+    EXPECT_EQ(4u, zelsim::calls("x_handle_free").size());
 }
 
 }  // namespace

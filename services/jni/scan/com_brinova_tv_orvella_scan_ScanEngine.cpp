@@ -651,9 +651,19 @@ bool JScanEngine::popEvent(SB_EVENT* event) {
     return mEventQueue.empty();
 }
 
+// Drops the builder's events but keeps an exit request: release() may queue one while the
+// thread is still handling an event of a builder that close() has just shut, and losing it
+// would leave the thread (and with it the engine) alive for ever.
 void JScanEngine::clearEvents() {
     std::lock_guard<std::mutex> lock(mEventQueueLock);
+    bool exitRequested = false;
+    for (const SB_EVENT& e : mEventQueue) {
+        exitRequested = exitRequested || e.reason == SB_EVENT_REASON_EXIT;
+    }
     mEventQueue.clear();
+    if (exitRequested) {
+        mEventQueue.push_back(SB_EVENT{SB_EVENT_REASON_EXIT, 0});
+    }
 }
 
 void* JScanEngine::sbEventThreadFunc(void* arg) {
