@@ -842,10 +842,6 @@ void setScanEngine(JNIEnv* env, jobject thiz, const sp<JScanEngine>& engine) {
     clearJavaException(env, SCAN_SITE, "setAndUnlockNativeContext");
 }
 
-bool usable(const sp<JScanEngine>& engine) {
-    return engine != nullptr && engine->initCheck() == 0;
-}
-
 jint setupEngine(JNIEnv* env, jobject thiz, HANDLE_T handle, jobject pipelineObject) {
     sp<JScanEngine> engine = new JScanEngine(env, thiz, "Good ScanEngine", handle, pipelineObject);
     if (engine->initCheck() != 0) {
@@ -873,10 +869,50 @@ jint native_setup_with_pipeline_handle(JNIEnv* env, jobject thiz, jint handle) {
     return setupEngine(env, thiz, static_cast<HANDLE_T>(handle), nullptr);
 }
 
-jint native_configure(JNIEnv* env, jobject thiz, jlong configPointer, jint svlId) {
+// The frame of the engine's natives: the engine of `thiz`, held for the call, or -22 when
+// there is none; a failing operation is logged with `failure` (its error as the argument,
+// after the native's function and line when the text starts "[%s][%d]") and answers
+// `failureStatus`.
+struct EngineCall {
+    const char* function;
+    int line;
+    const char* failure;
+    jint failureStatus;
+};
+
+// The engine of `thiz` held for the call, or null (logged) when it is missing or unusable.
+sp<JScanEngine> usableEngine(JNIEnv* env, jobject thiz, const char* function, int line) {
     sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
+    if (engine == nullptr || engine->initCheck() != 0) {
+        BLOG_PRINT(BRINOVA_LOG_ERROR, LOG_TAG, "[%s][%d]Engine is NULL or not init", function, line);
+        return nullptr;
+    }
+    return engine;
+}
+
+template <typename Op>
+jint callEngine(JNIEnv* env, jobject thiz, const EngineCall& call, Op op) {
+    sp<JScanEngine> engine = usableEngine(env, thiz, call.function, call.line);
+    if (engine == nullptr) {
+        return kBadValue;
+    }
+    int32_t ret = op(*engine);
+    if (ret == 0 || call.failure == nullptr) {
+        return 0;
+    }
+    if (strncmp(call.failure, "[%s][%d]", 8) == 0) {
+        BLOG_PRINT(BRINOVA_LOG_ERROR, LOG_TAG, call.failure, call.function, call.line, ret);
+    } else {
+        BLOG_PRINT(BRINOVA_LOG_ERROR, LOG_TAG, call.failure, ret);
+    }
+    return call.failureStatus;
+}
+
+#define ENGINE_CALL(failure, status) (EngineCall{__FUNCTION__, __LINE__, (failure), (status)})
+
+jint native_configure(JNIEnv* env, jobject thiz, jlong configPointer, jint svlId) {
+    sp<JScanEngine> engine = usableEngine(env, thiz, __FUNCTION__, __LINE__);
+    if (engine == nullptr) {
         return kBadValue;
     }
     if (engine->getPipelineHandle() == NULL_HANDLE) {
@@ -901,111 +937,61 @@ jint native_configure(JNIEnv* env, jobject thiz, jlong configPointer, jint svlId
     return 0;
 }
 
+
 jint native_add_extension(JNIEnv* env, jobject thiz, jlong handle) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    if (engine->addExtension(handle) != 0) {
-        BLOGE("engine->addExtension fail");
-        return kBadValue;
-    }
-    return 0;
+    return callEngine(env, thiz, ENGINE_CALL("[%s][%d]engine->addExtension fail", kBadValue),
+                      [&](JScanEngine& engine) { return engine.addExtension(handle); });
 }
 
 jint native_remove_extension(JNIEnv* env, jobject thiz, jlong handle) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    engine->removeExtension(handle);
-    return 0;
+    // Removing answers 0 whether or not the extension was there.
+    return callEngine(env, thiz, ENGINE_CALL(nullptr, 0),
+                      [&](JScanEngine& engine) { return engine.removeExtension(handle); });
 }
 
 jint native_start(JNIEnv* env, jobject thiz) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    int32_t ret = engine->start();
-    if (ret != 0) {
-        BLOGE_RAW("engine start failed, return err = 0x%x", ret);
-        return kBadValue;
-    }
-    return 0;
+    // -22 for the engine's -22 and -38 alike.
+    return callEngine(env, thiz, ENGINE_CALL("engine start failed, return err = 0x%x", kBadValue),
+                      [](JScanEngine& engine) { return engine.start(); });
 }
 
 jint native_cancel(JNIEnv* env, jobject thiz) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    int32_t ret = engine->cancel();
-    if (ret != 0) {
-        BLOGE("engine cancel failed err=0x%x", ret);
-        return kRefused;
-    }
-    return 0;
+    return callEngine(env, thiz, ENGINE_CALL("[%s][%d]engine cancel failed err=0x%x", kRefused),
+                      [](JScanEngine& engine) { return engine.cancel(); });
 }
 
 jint native_close(JNIEnv* env, jobject thiz) {
     sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
+    if (engine == nullptr || engine->initCheck() != 0) {
+        // The bracket missing at the start is how this line has always read.
         BLOGE_RAW("%s][%s][%d]Engine is NULL or not init", kEngineSourcePath, __FUNCTION__,
                   __LINE__);
         return kBadValue;
     }
-    int32_t ret = engine->close();
-    if (ret != 0) {
-        BLOGE("engine close failed err=0x%x", ret);
-        return kRefused;
-    }
-    return 0;
+    return callEngine(env, thiz, ENGINE_CALL("[%s][%d]engine close failed err=0x%x", kRefused),
+                      [](JScanEngine& e) { return e.close(); });
 }
 
 jint native_release(JNIEnv* env, jobject thiz) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    BLOGE("start native release.\n");
-    engine->exitSBEventThread();
-    setScanEngine(env, thiz, nullptr);
-    return 0;
+    return callEngine(env, thiz, ENGINE_CALL(nullptr, 0), [&](JScanEngine& engine) {
+        BLOGE("start native release.\n");
+        engine.exitSBEventThread();
+        setScanEngine(env, thiz, nullptr);
+        return 0;
+    });
 }
 
 jint native_start_monitor(JNIEnv* env, jobject thiz) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    BLOGD("startMonitor");
-    int32_t ret = engine->startMonitor();
-    if (ret != 0) {
-        BLOGE_RAW("startMonitor failed, return err = 0x%x", ret);
-        return kBadValue;
-    }
-    return 0;
+    return callEngine(env, thiz, ENGINE_CALL("startMonitor failed, return err = 0x%x", kBadValue),
+                      [](JScanEngine& engine) {
+                          BLOGD("startMonitor");
+                          return engine.startMonitor();
+                      });
 }
 
 jint native_stop_monitor(JNIEnv* env, jobject thiz) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (!usable(engine)) {
-        BLOGE("Engine is NULL or not init");
-        return kBadValue;
-    }
-    int32_t ret = engine->stopMonitor();
-    if (ret != 0) {
-        BLOGE_RAW("stopMonitor failed, return err = 0x%x", ret);
-        return kBadValue;
-    }
-    return 0;
+    return callEngine(env, thiz, ENGINE_CALL("stopMonitor failed, return err = 0x%x", kBadValue),
+                      [](JScanEngine& engine) { return engine.stopMonitor(); });
 }
 
 const JNINativeMethod gMethods[] = {
