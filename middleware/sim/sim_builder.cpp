@@ -92,9 +92,14 @@ bool playStep(Run& run, const Step& step) {
         case Step::Kind::kNotify:
             notifyScan(run, step.reason, step.data);
             return false;
-        case Step::Kind::kEnd:
+        case Step::Kind::kEnd: {
+            {
+                std::lock_guard<std::mutex> lock(Sim::get().mu);
+                run.ended = true;
+            }
             notifyScan(run, step.reason, 0);
             return true;
+        }
         case Step::Kind::kServiceUpdate:
             serviceUpdate(run, step.added, step.deleted);
             return false;
@@ -279,7 +284,9 @@ int32_t x_sb_start_scan(HANDLE_T h_builder, void* pv_scan_data, void* pv_tag, x_
     std::thread previous;
     {
         std::lock_guard<std::mutex> lock(sim.mu);
-        if (b->run && b->run->running && !b->run->cancel && !b->run->stop) return MWR_NOT_ALLOWED;
+        if (b->run && b->run->running && !b->run->cancel && !b->run->stop && !b->run->ended) {
+            return MWR_NOT_ALLOWED;
+        }
         if (b->run) previous = std::move(b->run->thread);
     }
     joinOrDetach(previous);
@@ -295,7 +302,9 @@ int32_t x_sb_start_scan(HANDLE_T h_builder, void* pv_scan_data, void* pv_tag, x_
     run->scanData = std::move(scanData);
     std::lock_guard<std::mutex> lock(sim.mu);
     if (sim.builders.count(h_builder) == 0) return MWR_INV_HANDLE;  // closed meanwhile
-    if (b->run && b->run->running && !b->run->cancel && !b->run->stop) return MWR_NOT_ALLOWED;
+    if (b->run && b->run->running && !b->run->cancel && !b->run->stop && !b->run->ended) {
+        return MWR_NOT_ALLOWED;
+    }
     run->running = true;
     ++sim.runningThreads;
     b->run = run;

@@ -45,6 +45,7 @@ struct Run {
     // Guarded by Sim::mu.
     std::thread thread;
     bool running = false;
+    bool ended = false;  // the end was reported: a new start may follow at once
     bool cancel = false;
     bool stop = false;
 };

@@ -4,11 +4,26 @@
 
 #include <jni.h>
 
+int register_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvNameSorting(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanEngine(JNIEnv* env);
 
 /* {registration function, message logged when it fails}, in the order of loading. */
 #define SCAN_REGISTRATIONS                                                              \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict,                         \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanLcnConflict registration failed"},     \
+    {register_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList,                   \
+     "ERROR: scan engine native ZelTvScanLcnV2ChannelList registration failed"},        \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion,                        \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanTargetRegion registration failed"},    \
+    {register_com_brinova_tv_orvella_scan_ZelTvNameSorting,                             \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvNameSorting registration failed"},         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork,                          \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanFavNetwork registration failed"},      \
     {register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig,                          \
      "ERROR: ZelTvScanDvbtConfig native registration failed"},                          \
     {register_com_brinova_tv_orvella_scan_ZelTvScanEngine,                              \

@@ -1,0 +1,238 @@
+/*
+ * What every scan extension's Java peer shares: the references to the Java object, the
+ * nativeSetup handshake, the int[] call convention of the other natives, the Java callbacks
+ * from the engine's threads and the registration steps. Each extension file states only
+ * its particulars: its fields, its builder keys and its array layouts.
+ */
+#ifndef SCAN_EXTENSION_COMMON_H
+#define SCAN_EXTENSION_COMMON_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include <array>
+#include <initializer_list>
+
+#include <jni.h>
+
+#include "JINativeScanExtension.h"
+#include "ScanJniCommon.h"
+#include "x_mw_api.h"
+
+namespace android {
+
+/* Element 0 of an extension's int[]: the item does not exist, or the builder refused. */
+constexpr jint kExtensionFailed = -6;
+/* The longest int[] an extension native accepts unless its class says otherwise. */
+constexpr jsize kExtensionArrayLimit = 50;
+
+/* Where an extension native reports from: its tag, line and function name. */
+struct NativeSite {
+    const char* tag;
+    int line;
+    const char* function;
+};
+#define NATIVE_SITE (::android::NativeSite{LOG_TAG, __LINE__, __FUNCTION__})
+
+/* The handle Java keeps for an extension (its address) and the extension it names. */
+jint extensionHandleOf(JINativeScanExtension* extension);
+template <typename Extension>
+Extension* extensionOf(jint handle) {
+    return static_cast<Extension*>(
+        JINativeScanExtension::fromHandle(static_cast<int64_t>(static_cast<uint32_t>(handle))));
+}
+
+/*
+ * The Java object an extension belongs to: a global reference to its class and a weak
+ * global reference to the object itself (`mObject`), the target of every callback.
+ */
+class ExtensionJavaRefs {
+public:
+    /* How the constructor's last line reads: with the three pointers, or bare. */
+    enum class CreateLog { kWithPointers, kBare };
+
+    /* The constructor steps: class name, GetObjectClass (asserting), both references. */
+    void take(JNIEnv* env, jobject thiz, const void* extension, const char* className,
+              CreateLog createLog, const ScanSite& site);
+    /* Deletes what is held on `env` and forgets it. */
+    void release(JNIEnv* env);
+    jobject object() const { return mObject; }
+
+private:
+    jclass mClass = nullptr;
+    jobject mObject = nullptr;
+};
+
+/* The usual peer: the references, released on the environment that created them. */
+class ExtensionPeer {
+public:
+    ExtensionPeer(JNIEnv* env, jobject thiz, const void* extension, const char* className,
+                  const ScanSite& site,
+                  ExtensionJavaRefs::CreateLog createLog = ExtensionJavaRefs::CreateLog::kWithPointers);
+    ~ExtensionPeer();
+    jobject object() const { return mRefs.object(); }
+
+    ExtensionPeer(const ExtensionPeer&) = delete;
+    ExtensionPeer& operator=(const ExtensionPeer&) = delete;
+
+private:
+    ExtensionJavaRefs mRefs;
+    JNIEnv* mCreatingEnv;
+};
+
+/*
+ * The JNIEnv of the calling thread, attached here if needed and detached again when the
+ * scope ends (the platform's JniEnvAttacher). Unlike ScopedJniThread it never ends the
+ * process: env() is null when no environment can be had.
+ */
+class JniEnvAttacher {
+public:
+    JniEnvAttacher();
+    ~JniEnvAttacher();
+    JNIEnv* env() const { return mEnv; }
+
+    JniEnvAttacher(const JniEnvAttacher&) = delete;
+    JniEnvAttacher& operator=(const JniEnvAttacher&) = delete;
+
+private:
+    JNIEnv* mEnv = nullptr;
+    bool mAttached = false;
+};
+
+/*
+ * Checks the length of a native's int[] against the class's limit and logs a refusal with
+ * the native's own line and function name. Returns the length, or -1 when refused.
+ */
+jsize checkExtensionArray(JNIEnv* env, jintArray array, jsize limit, const NativeSite& site);
+
+/*
+ * One call of an extension native through its int[]: element 0 the status out, element 1
+ * the native handle in, the rest the native's own inputs and outputs. The array is copied
+ * into a zeroed buffer of the class's limit; finish() writes back the array's own length.
+ */
+template <jsize Limit>
+class IntArrayCall {
+public:
+    IntArrayCall(JNIEnv* env, jintArray array, const NativeSite& site)
+        : mEnv(env), mArray(array), mLength(checkExtensionArray(env, array, Limit, site)) {
+        if (mLength > 0) {
+            env->GetIntArrayRegion(array, 0, mLength, mElements.data());
+        }
+    }
+
+    /* False when the length was refused: the native then answers 0, the array untouched. */
+    bool accepted() const { return mLength > 0; }
+    jint& operator[](size_t index) { return mElements[index]; }
+    jint handle() const { return mElements[1]; }
+    template <typename Extension>
+    Extension* extension() const { return extensionOf<Extension>(mElements[1]); }
+
+    /* Elements [from, to] set to 0. */
+    void clear(size_t from, size_t to) {
+        for (size_t i = from; i <= to && i < mElements.size(); ++i) mElements[i] = 0;
+    }
+
+    /* Status into element 0, the array written back and its local reference deleted. */
+    jint finish(jint status) {
+        mElements[0] = status;
+        mEnv->SetIntArrayRegion(mArray, 0, mLength, mElements.data());
+        mEnv->DeleteLocalRef(mArray);
+        return status;
+    }
+
+private:
+    JNIEnv* mEnv;
+    jintArray mArray;
+    jsize mLength;
+    std::array<jint, Limit> mElements{};
+};
+
+/*
+ * The nativeSetup handshake: a new native extension whose address goes back to Java in
+ * element 1 (element 0 = 0). The object lives for ever: nothing in the library owns it.
+ */
+template <typename Extension, jsize Limit = kExtensionArrayLimit>
+jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const NativeSite& site) {
+    IntArrayCall<Limit> call(env, array, site);
+    if (!call.accepted()) {
+        return 0;
+    }
+    jint handle = extensionHandleOf(new Extension(env, thiz));
+    call[0] = 0;
+    call[1] = handle;
+    BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag, "[%s][%d][%d]\n", site.function, site.line, handle);
+    return call.finish(0);
+}
+
+/*
+ * The frame of every int[] native but nativeSetup: the length check, the extension named by
+ * element 1, one of its operations, and the status written back and returned.
+ */
+template <typename Extension, jsize Limit>
+jint extensionCall(JNIEnv* env, jintArray array, const NativeSite& site,
+                   jint (Extension::*operation)(IntArrayCall<Limit>&)) {
+    IntArrayCall<Limit> call(env, array, site);
+    if (!call.accepted()) {
+        return 0;
+    }
+    return call.finish((call.template extension<Extension>()->*operation)(call));
+}
+
+/* x_strlen of a name field of `capacity` bytes that may lack its terminator. */
+size_t boundedNameLength(const char* name, size_t capacity);
+
+constexpr size_t kNameLastElement = 48;
+
+/*
+ * Writes a name one byte per element: elements [from, 48] cleared, then the name's bytes
+ * (unsigned) from `from`, at most `maxBytes` of them, and element 48 = 0. `name` holds
+ * `capacity` bytes and need not be terminated.
+ */
+template <jsize Limit>
+void putNameElements(IntArrayCall<Limit>& call, size_t from, const char* name, size_t capacity,
+                     size_t maxBytes) {
+    static_assert(Limit > static_cast<jsize>(kNameLastElement), "the buffer must reach element 48");
+    call.clear(from, kNameLastElement);
+    size_t length = boundedNameLength(name, capacity);
+    if (length > maxBytes) length = maxBytes;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(name);
+    for (size_t i = 0; i < length; ++i) {
+        call[from + i] = bytes[i];
+    }
+    call[kNameLastElement] = 0;
+}
+
+/*
+ * Calls the Java callbacks "()V" on `object` in order, from any thread: GetEnv, or attach
+ * (asserting "!((sts == (0)) && (env != __null))") and detach again (asserting
+ * "!(sts == (0))").
+ */
+void callJavaCallbacks(jobject object, std::initializer_list<jmethodID> callbacks,
+                       const ScanSite& site);
+
+/*
+ * The registration steps of an extension class: its natives, "<function> OK.", the class
+ * found again and its callbacks cached (each asserting with its own text). Returns 1, or
+ * 0 after "Failed to register tuner native methods".
+ */
+int registerExtensionClass(JNIEnv* env, const char* className, const JNINativeMethod* methods,
+                           int count, const MethodSpec* callbacks, size_t callbackCount,
+                           const ScanSite& site, const char* functionName);
+
+/* Builder keys: an index passed as the key info, and a small value passed by value. */
+inline SB_KEY_INFO_T keyIndex(uint32_t index) {
+    return reinterpret_cast<SB_KEY_INFO_T>(static_cast<uintptr_t>(index));
+}
+inline void* keyValue(uint32_t value) {
+    return reinterpret_cast<void*>(static_cast<uintptr_t>(value));
+}
+/* x_sb_get of `length` bytes into `value`. */
+inline int32_t getKey(HANDLE_T builder, SB_KEY_TYPE_T key, SB_KEY_INFO_T info, void* value,
+                      uint32_t length) {
+    uint32_t size = length;
+    return x_sb_get(builder, key, info, &size, value);
+}
+
+}  // namespace android
+
+#endif /* SCAN_EXTENSION_COMMON_H */
