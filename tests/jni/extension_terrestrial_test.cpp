@@ -275,8 +275,10 @@ TEST_F(TerrestrialTest, NameSortingListGoesToTheBuilderAtAttach) {
         EXPECT_EQ(sets[1 + i].bytes, entries[i]) << i;
     }
 
-    // Entry 0 again starts a new list; a refused entry ends the transfer.
+    // Entry 0 again starts a new list; an index past the count is dropped; a refused entry
+    // ends the transfer.
     send({2, 0, 3, 3}, 3, 'z');
+    send({2, 2, 9, 3}, 3, 'y');
     sets = attach();
     ASSERT_EQ(sets.size(), 3u);
     EXPECT_EQ(sets[1].bytes, entry(3, "zzz"));

@@ -113,8 +113,9 @@ jint NativeZelTvNameSorting::setNameList(NameSortingCall& call) {
         }
         mEntryCount = total;
     }
-    // Java sends indices below the count, entry 0 first; the index is not checked.
-    if (mEntries != nullptr) {
+    // Java sends indices below the count, entry 0 first. One past the table is dropped rather
+    // than written over whatever follows it.
+    if (mEntries != nullptr && index < mEntryCount) {
         mEntries[index].ui2_value = entry.ui2_value;
         x_memcpy(mEntries[index].ac_name, entry.ac_name, sizeof(entry.ac_name));
     }
