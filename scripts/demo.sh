@@ -15,12 +15,17 @@ usage: scripts/demo.sh [options]
   --log-level V|D|I|W|E let the library log from this level up (default: silent)
   --time-scale X        simulated time factor (0 runs the scan as fast as it can)
   --auto                never ask; decide by the demo's stated rules
+  --cancel-after SECONDS
+                        cancel the scan after this long (on a terminal, Enter
+                        cancels it at any time)
   --timeout SECONDS     give up when the scan has not ended after this long
                         (default 300, multiplied by a time scale above 1)
   --help                this text
 
 With a terminal the demo asks for the decisions at the end of the scan (favourite
 network, target region, channel list); without one, or with --auto, it decides by rule.
+Scenarios: scenarios/README.md (dvbt-favourite-network, dvbt-target-region,
+dvbt-lcn-conflict and dvbt-lcnv2 end with decisions; dvbt-cancelled waits for a cancel).
 USAGE
 }
 
@@ -40,6 +45,8 @@ while [ $# -gt 0 ]; do
     --time-scale=*) time_scale=${1#*=}; shift ;;
     --timeout) [ $# -ge 2 ] || die "--timeout needs a number of seconds"; demo_args+=(--timeout "$2"); shift 2 ;;
     --timeout=*) demo_args+=(--timeout "${1#*=}"); shift ;;
+    --cancel-after) [ $# -ge 2 ] || die "--cancel-after needs a number of seconds"; demo_args+=(--cancel-after "$2"); shift 2 ;;
+    --cancel-after=*) demo_args+=(--cancel-after "${1#*=}"); shift ;;
     --auto) demo_args+=(--auto); shift ;;
     --help|-h) usage; exit 0 ;;
     *) usage >&2; die "unknown option: $1" ;;

@@ -106,6 +106,23 @@ def region(level, codes, name):
     return {"level": level, "codes": codes, "name": name}
 
 
+def uk_target_regions():
+    """The UK's target regions in three levels: nations, regions, areas."""
+    return [
+        region(1, [1], "England"), region(1, [2], "Scotland"), region(1, [3], "Wales"),
+        region(1, [4], "Northern Ireland"),
+        region(2, [1, 1], "London"), region(2, [1, 2], "South East"), region(2, [1, 3], "South"),
+        region(2, [1, 4], "East"), region(2, [1, 5], "Midlands"),
+        region(2, [2, 1], "Central Scotland"), region(2, [2, 2], "North Scotland"),
+        region(2, [2, 3], "Borders"), region(2, [3, 1], "North Wales"), region(2, [3, 2], "South Wales"),
+        region(2, [4, 1], "Belfast and Antrim"),
+        region(3, [1, 1, 1], "Central London"), region(3, [1, 1, 2], "Thames Valley"),
+        region(3, [1, 2, 1], "Kent"), region(3, [1, 2, 2], "Sussex"),
+        region(3, [1, 3, 1], "Hampshire"), region(3, [2, 1, 1], "Glasgow"),
+        region(3, [2, 1, 2], "Edinburgh"), region(3, [3, 2, 1], "Cardiff"),
+    ]
+
+
 def target_region():
     networks = [{"nw_id": 12289, "name": "Crystal Palace"}, {"nw_id": 12290, "name": "Bluebell Hill"}]
     muxes = [
@@ -123,19 +140,7 @@ def target_region():
         mux(46, 16517, 1, [("BBC ONE South East HD", 101, "hd"), ("ITV1 Meridian HD", 103, "hd")]),
     ]
     ids = record_ids(muxes)
-    regions = [
-        region(1, [1], "England"), region(1, [2], "Scotland"), region(1, [3], "Wales"),
-        region(1, [4], "Northern Ireland"),
-        region(2, [1, 1], "London"), region(2, [1, 2], "South East"), region(2, [1, 3], "South"),
-        region(2, [1, 4], "East"), region(2, [1, 5], "Midlands"),
-        region(2, [2, 1], "Central Scotland"), region(2, [2, 2], "North Scotland"),
-        region(2, [2, 3], "Borders"), region(2, [3, 1], "North Wales"), region(2, [3, 2], "South Wales"),
-        region(2, [4, 1], "Belfast and Antrim"),
-        region(3, [1, 1, 1], "Central London"), region(3, [1, 1, 2], "Thames Valley"),
-        region(3, [1, 2, 1], "Kent"), region(3, [1, 2, 2], "Sussex"),
-        region(3, [1, 3, 1], "Hampshire"), region(3, [2, 1, 1], "Glasgow"),
-        region(3, [2, 1, 2], "Edinburgh"), region(3, [3, 2, 1], "Cardiff"),
-    ]
+    regions = uk_target_regions()
     keys = {
         "target_regions": regions,
         "preferred_region": region(2, [1, 1], "London"),

@@ -10,6 +10,7 @@ them. The output is deterministic: run it again after changing the tables below.
 """
 
 import scenario_json
+from make_decision_scenarios import region as target_region_key, uk_target_regions
 
 ORIGINAL_NETWORK_ID = 9018  # 0x233A, UK digital terrestrial
 
@@ -144,6 +145,11 @@ def main():
             "on_id": ORIGINAL_NETWORK_ID,
             "networks": [{"nw_id": nw, "name": "%s (%s)" % (n, r)} for n, r, nw, _ in TRANSMITTERS],
             "multiplexes": multiplexes,
+        },
+        # The networks signal the UK's target regions: the viewer picks one before the end.
+        "keys": {
+            "target_regions": uk_target_regions(),
+            "preferred_region": target_region_key(2, [1, 1], "London"),
         },
     }
     out = scenario_json.write(scenario, "dvbt-uk.json")

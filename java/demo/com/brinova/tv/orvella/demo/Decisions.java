@@ -4,7 +4,6 @@ import com.brinova.tv.orvella.services.scan.ZelTvScanFavNetwork;
 import com.brinova.tv.orvella.services.scan.ZelTvScanLcnConflict;
 import com.brinova.tv.orvella.services.scan.ZelTvScanLcnV2ChannelList;
 import com.brinova.tv.orvella.services.scan.ZelTvScanTargetRegion;
-import java.io.Console;
 import java.util.ArrayList;
 import java.util.Collections;
 import java.util.List;
@@ -17,14 +16,15 @@ import java.util.function.Function;
  */
 final class Decisions {
     private final Screen screen;
-    private final Console console; // null: decide by rule
+    private final Input input; // null: decide by rule
     private final List<String> made = Collections.synchronizedList(new ArrayList<>());
     private volatile ZelTvScanTargetRegion.Region chosenRegion;
     private volatile boolean asking;
 
-    Decisions(Screen screen, boolean interactive) {
+    /** @param input where the user answers, or null to decide every question by rule */
+    Decisions(Screen screen, Input input) {
         this.screen = screen;
-        this.console = interactive ? System.console() : null;
+        this.input = input;
     }
 
     /** What was decided, one line each, for the summary. */
@@ -46,40 +46,61 @@ final class Decisions {
     int chooseFavouriteNetwork(List<ZelTvScanFavNetwork.Network> candidates) {
         heading("Favourite network", "the scan found " + candidates.size()
                 + " networks; services of the favourite one come first");
-        int pick = ask(candidates, n -> quote(n.name()), 0,
+        int pick = ask(candidates, ZelTvScanFavNetwork.Network::name, 0,
                 "first candidate, in the order the builder found the networks");
         ZelTvScanFavNetwork.Network network = candidates.get(pick);
-        record("favourite network " + quote(network.name()));
+        record("favourite network " + quote(network.name()), true);
         return network.index();
     }
 
     ZelTvScanTargetRegion.Region chooseTargetRegion(List<ZelTvScanTargetRegion.Region> regions) {
         heading("Target region", regions.size() == 1 ? "the network signals one region"
                 : "the network signals " + regions.size() + " regions");
-        // Rule: the most specific region (the deepest level), the first of those.
-        int best = 0;
-        for (int i = 1; i < regions.size(); i++) {
-            if (regions.get(i).level() > regions.get(best).level()) {
-                best = i;
+        // Rule: the most specific region (the deepest level), the first of those in the
+        // builder's table.
+        ZelTvScanTargetRegion.Region best = regions.get(0);
+        for (ZelTvScanTargetRegion.Region r : regions) {
+            if (r.level() > best.level()) {
+                best = r;
             }
         }
-        String rule = "most specific region (level " + regions.get(best).level()
+        String rule = "most specific region (level " + best.level()
                 + "), the first of that level in the builder's table";
-        int pick = ask(regions, r -> quote(r.name()) + screen.dim("  level " + r.level()
-                + ", codes " + r.codePath()), best, rule);
-        ZelTvScanTargetRegion.Region region = regions.get(pick);
+        // Shown as a tree: every region under its parent, indented by its level.
+        List<ZelTvScanTargetRegion.Region> tree = new ArrayList<>(regions);
+        tree.sort(Decisions::compareRegions);
+        int pick = ask(tree, r -> "  ".repeat(Math.max(0, r.level() - 1)) + r.name()
+                + screen.dim("  " + r.codePath()), tree.indexOf(best), rule);
+        ZelTvScanTargetRegion.Region region = tree.get(pick);
         chosenRegion = region;
-        record("target region " + quote(region.name()) + " (" + region.codePath() + ")");
+        record("target region " + quote(region.name()) + " (" + region.codePath() + ")", true);
         return region;
+    }
+
+    /** Orders regions as a tree: by their codes level by level, a parent before its children. */
+    private static int compareRegions(ZelTvScanTargetRegion.Region a,
+            ZelTvScanTargetRegion.Region b) {
+        int[] ca = {a.code0(), a.code1(), a.code2()};
+        int[] cb = {b.code0(), b.code1(), b.code2()};
+        int common = Math.min(Math.min(a.level(), b.level()), 3);
+        for (int i = 0; i < common; i++) {
+            if (ca[i] != cb[i]) {
+                return Integer.compare(ca[i], cb[i]);
+            }
+        }
+        if (a.level() != b.level()) {
+            return Integer.compare(a.level(), b.level());
+        }
+        return Integer.compare(a.index(), b.index());
     }
 
     int chooseChannelList(List<ZelTvScanLcnV2ChannelList.ChannelList> lists) {
         heading("Channel list", "the network offers " + lists.size()
                 + " channel numberings (LCN v2 lists)");
-        int pick = ask(lists, l -> quote(l.name()) + screen.dim("  id " + l.id()), 0,
+        int pick = ask(lists, l -> l.name() + screen.dim("  id " + l.id()), 0,
                 "first list the network offers");
         ZelTvScanLcnV2ChannelList.ChannelList list = lists.get(pick);
-        record("channel list " + quote(list.name()) + " (id " + list.id() + ")");
+        record("channel list " + quote(list.name()) + " (id " + list.id() + ")", true);
         return list.id();
     }
 
@@ -110,7 +131,7 @@ final class Decisions {
                 screen.line("  " + screen.yellow(screen.arrow()) + " kept the builder's own "
                         + "allocation");
                 record(groups.size() + " LCN conflict" + (groups.size() == 1 ? "" : "s")
-                        + " shown, builder's allocation kept");
+                        + " shown, builder's allocation kept", false);
             }
 
             @Override
@@ -134,10 +155,10 @@ final class Decisions {
     /** Lists the options and returns the index picked by the user or by the rule. */
     private <T> int ask(List<T> options, Function<T, String> label, int byRule, String rule) {
         for (int i = 0; i < options.size(); i++) {
-            String mark = console == null && i == byRule ? screen.yellow("*") : " ";
+            String mark = input == null && i == byRule ? screen.yellow("*") : " ";
             screen.line(String.format("   %s%2d) %s", mark, i + 1, label.apply(options.get(i))));
         }
-        if (console == null) {
+        if (input == null) {
             screen.line("  " + screen.yellow(screen.arrow()) + " chose " + (byRule + 1)
                     + " by rule: " + rule);
             return byRule;
@@ -152,7 +173,8 @@ final class Decisions {
 
     private int askUser(int count, int byRule, String rule) {
         while (true) {
-            String answer = console.readLine("  Choose 1-%d [%d]: ", count, byRule + 1);
+            screen.prompt("  Choose 1-" + count + " [" + (byRule + 1) + "]: ");
+            String answer = input.nextLine();
             if (answer == null || answer.isBlank()) {
                 screen.line("  " + screen.yellow(screen.arrow()) + " default " + (byRule + 1)
                         + ": " + rule);
@@ -171,8 +193,8 @@ final class Decisions {
         }
     }
 
-    private void record(String decision) {
-        made.add(decision + (console == null ? " (by rule)" : ""));
+    private void record(String decision, boolean choice) {
+        made.add(decision + (choice && input == null ? " (by rule)" : ""));
     }
 
     private static String quote(String name) {

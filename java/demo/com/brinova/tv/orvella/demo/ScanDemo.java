@@ -21,6 +21,7 @@ import java.util.Set;
 import java.util.TreeSet;
 import java.util.concurrent.CountDownLatch;
 import java.util.concurrent.TimeUnit;
+import java.util.concurrent.atomic.AtomicBoolean;
 import java.util.concurrent.atomic.AtomicInteger;
 
 /**
@@ -28,13 +29,18 @@ import java.util.concurrent.atomic.AtomicInteger;
  * configuration, the five terrestrial extensions, progress, the services as they are found,
  * the decisions at the end of the scan, and a summary.
  *
- * <p>Usage: {@code ScanDemo [--auto] [--timeout SECONDS]}. The scan builder it talks to is
+ * <p>Usage: {@code ScanDemo [--auto] [--timeout SECONDS] [--cancel-after SECONDS]}. On a
+ * terminal, Enter cancels the running scan. The scan builder it talks to is
  * whatever the library is linked against (on a host, the simulator with the scenario named
  * by {@code ZEL_SIM_SCENARIO}); {@code scripts/demo.sh} sets everything up.
  */
 public final class ScanDemo {
     private static final int SVL_ID = 1;
     private static final long DEFAULT_TIMEOUT_SECONDS = 300;
+    /** How long the builder may stay silent before the demo says how to cancel. */
+    private static final long QUIET_HINT_NANOS = TimeUnit.SECONDS.toNanos(3);
+    private static final String USAGE =
+            "usage: ScanDemo [--auto] [--timeout SECONDS] [--cancel-after SECONDS]";
 
     /** Names the builder sorts services by: the demo's own preference, sent before the scan. */
     private static final List<ZelTvNameSorting.Entry> NAME_LIST = List.of(
@@ -51,6 +57,7 @@ public final class ScanDemo {
     private final Decisions decisions;
     private final String decisionMode;
     private final long timeoutSeconds;
+    private final long cancelAfterSeconds; // 0: never
 
     // What the scan reported, from the event thread and the builder's threads.
     private final CountDownLatch ended = new CountDownLatch(1);
@@ -62,41 +69,45 @@ public final class ScanDemo {
     private final Set<Integer> networks = new TreeSet<>();
     private final Set<Integer> frequencies = new LinkedHashSet<>();
     private final AtomicInteger commandsAnswered = new AtomicInteger();
+    private final AtomicInteger lastBuilderStatus = new AtomicInteger(-1);
     private volatile int progressServices;
     private volatile int progressPercent;
     private volatile String lastFrequency;
+    private volatile long lastEventNanos = System.nanoTime();
+    // Cancelling: asked for by a typed line or --cancel-after, carried out by the main thread.
+    private volatile boolean scanning;
+    private final AtomicBoolean cancelRequested = new AtomicBoolean();
 
-    private ScanDemo(boolean auto, long timeoutSeconds) {
+    private ScanDemo(boolean auto, long timeoutSeconds, long cancelAfterSeconds) {
         boolean terminal = System.console() != null;
         this.screen = new Screen(terminal);
+        Input input = terminal ? new Input(System.console(), this::onTypedLine) : null;
         boolean interactive = terminal && !auto;
-        this.decisions = new Decisions(screen, interactive);
+        this.decisions = new Decisions(screen, interactive ? input : null);
         this.decisionMode = interactive ? "asked on this terminal"
                 : auto ? "by rule (--auto)" : "by rule (no terminal to ask on)";
         this.timeoutSeconds = timeoutSeconds;
+        this.cancelAfterSeconds = cancelAfterSeconds;
     }
 
     public static void main(String[] args) {
         boolean auto = false;
         long timeout = DEFAULT_TIMEOUT_SECONDS;
+        long cancelAfter = 0;
         for (int i = 0; i < args.length; i++) {
             switch (args[i]) {
                 case "--auto":
                     auto = true;
                     break;
                 case "--timeout":
-                    if (i + 1 >= args.length) {
-                        usage("--timeout needs a number of seconds");
-                    }
-                    try {
-                        timeout = Long.parseLong(args[++i]);
-                    } catch (NumberFormatException e) {
-                        usage("--timeout needs a number of seconds, not " + args[i]);
-                    }
+                    timeout = seconds(args, ++i, "--timeout");
+                    break;
+                case "--cancel-after":
+                    cancelAfter = seconds(args, ++i, "--cancel-after");
                     break;
                 case "--help":
                 case "-h":
-                    System.out.println("usage: ScanDemo [--auto] [--timeout SECONDS]");
+                    System.out.println(USAGE);
                     System.exit(0);
                     break;
                 default:
@@ -107,7 +118,7 @@ public final class ScanDemo {
         long scaled = Math.max(1, (long) Math.ceil(timeout * Math.max(1.0, scale)));
         int code;
         try {
-            code = new ScanDemo(auto, scaled).run();
+            code = new ScanDemo(auto, scaled, cancelAfter).run();
         } catch (UnsatisfiedLinkError e) {
             System.err.println("scan demo: the scan library could not be loaded: " + e.getMessage());
             code = 1;
@@ -115,9 +126,25 @@ public final class ScanDemo {
         System.exit(code);
     }
 
+    private static long seconds(String[] args, int i, String option) {
+        if (i >= args.length) {
+            usage(option + " needs a number of seconds");
+        }
+        try {
+            long value = Long.parseLong(args[i]);
+            if (value > 0) {
+                return value;
+            }
+        } catch (NumberFormatException notANumber) {
+            // reported below
+        }
+        usage(option + " needs a positive number of seconds, not " + args[i]);
+        return 0;
+    }
+
     private static void usage(String problem) {
         System.err.println("scan demo: " + problem);
-        System.err.println("usage: ScanDemo [--auto] [--timeout SECONDS]");
+        System.err.println(USAGE);
         System.exit(2);
     }
 
@@ -183,16 +210,27 @@ public final class ScanDemo {
             fact("extensions", "name sorting, favourite network, target region, "
                     + "LCN v2 channel list, LCN conflict");
             fact("decisions", decisionMode);
+            if (screen.isTerminal()) {
+                fact("cancel", "press Enter during the scan");
+            } else if (cancelAfterSeconds > 0) {
+                fact("cancel", "after " + cancelAfterSeconds + " s (--cancel-after)");
+            }
             screen.line("");
 
             long started = System.nanoTime();
             screen.line(screen.bold("Scanning") + screen.dim(" " + screen.dot() + " DVB-T, GBR"));
             screen.progress(0, 0, null);
-            if (!ok("start", engine.start())) {
+            scanning = true;
+            lastEventNanos = System.nanoTime();
+            int startStatus = engine.start();
+            if (!ok("start", startStatus)) {
+                scanning = false;
                 screen.endProgress();
                 return finish(engine, config, true, 1);
             }
-            if (!awaitEnd()) {
+            boolean endReported = awaitEnd(engine, started);
+            scanning = false;
+            if (!endReported) {
                 screen.endProgress();
                 screen.error("scan demo: no end of scan after " + timeoutSeconds
                         + " s; the scan builder never reported one. Cancelling.");
@@ -211,21 +249,54 @@ public final class ScanDemo {
         }
     }
 
-    /** Waits for the end of the scan; time spent waiting for the user does not count. */
-    private boolean awaitEnd() {
+    /**
+     * Waits for the end of the scan, cancelling it when asked to; time spent waiting for the
+     * user's decisions does not count towards the timeout.
+     */
+    private boolean awaitEnd(ZelTvScanEngine engine, long started) {
         long deadline = System.nanoTime() + TimeUnit.SECONDS.toNanos(timeoutSeconds);
+        boolean cancelled = false;
+        boolean hinted = false;
         try {
             while (!ended.await(250, TimeUnit.MILLISECONDS)) {
+                long now = System.nanoTime();
+                if (cancelAfterSeconds > 0
+                        && now - started >= TimeUnit.SECONDS.toNanos(cancelAfterSeconds)
+                        && cancelRequested.compareAndSet(false, true)) {
+                    screen.line(screen.yellow("  cancelling after " + cancelAfterSeconds
+                            + " s (--cancel-after)"));
+                }
+                if (cancelRequested.get() && !cancelled) {
+                    cancelled = true;
+                    int status = engine.cancel();
+                    screen.line(status == 0 ? screen.yellow("  scan cancel requested")
+                            : screen.red("  cancel refused with status " + status));
+                }
                 if (decisions.isAsking()) {
-                    deadline = System.nanoTime() + TimeUnit.SECONDS.toNanos(timeoutSeconds);
-                } else if (System.nanoTime() - deadline > 0) {
+                    // Waiting for the user is neither a time-out nor a quiet builder.
+                    deadline = now + TimeUnit.SECONDS.toNanos(timeoutSeconds);
+                    lastEventNanos = now;
+                } else if (now - deadline > 0) {
                     return false;
+                }
+                if (!hinted && !cancelled && now - lastEventNanos > QUIET_HINT_NANOS) {
+                    hinted = true;
+                    screen.line(screen.dim("  the builder is quiet; " + (screen.isTerminal()
+                            ? "press Enter to cancel the scan"
+                            : "--cancel-after SECONDS cancels a scan that waits")));
                 }
             }
             return true;
         } catch (InterruptedException e) {
             Thread.currentThread().interrupt();
             return false;
+        }
+    }
+
+    /** A line typed while no question is asked: during a scan, cancel it. */
+    private void onTypedLine() {
+        if (scanning && cancelRequested.compareAndSet(false, true)) {
+            screen.line(screen.yellow("  cancelling the scan..."));
         }
     }
 
@@ -262,6 +333,20 @@ public final class ScanDemo {
     // ---- what the library reports ----
 
     private final class EngineListener implements ZelTvScanEngine.Listener {
+        @Override
+        public void onScanStatusEvent(int kind, int value1, int value2) {
+            lastEventNanos = System.nanoTime();
+            ZelTvScanEngine.Listener.super.onScanStatusEvent(kind, value1, value2);
+        }
+
+        @Override
+        public void onListUpdate(ZelTvScanEngine.ChannelList list, int listId, int count,
+                int[] eventTypes, int[] eventRecords) {
+            lastEventNanos = System.nanoTime();
+            ZelTvScanEngine.Listener.super.onListUpdate(list, listId, count, eventTypes,
+                    eventRecords);
+        }
+
         @Override
         public void onProgress(int channelsFound, int percent) {
             progressServices = channelsFound;
@@ -337,6 +422,7 @@ public final class ScanDemo {
     }
 
     private void onServiceUpdate(int added, int deleted) {
+        lastEventNanos = System.nanoTime();
         builderAdded.addAndGet(added);
         builderDeleted.addAndGet(deleted);
         List<String> parts = new ArrayList<>();
@@ -352,6 +438,10 @@ public final class ScanDemo {
     }
 
     private void onBuilderStatus(int status) {
+        // A cancel is reported twice (by the cancel and by the end of the scan); say it once.
+        if (lastBuilderStatus.getAndSet(status) == status) {
+            return;
+        }
         screen.line(screen.dim("    builder " + screen.dot() + " "
                 + (status == ZelTvScanConfig.STATUS_RUNNING ? "scan running" : "scan stopped")));
     }
@@ -362,6 +452,7 @@ public final class ScanDemo {
      * each question on one line.
      */
     private void answerScanMaps(int command, String country, int[] input, int[] output) {
+        lastEventNanos = System.nanoTime();
         commandsAnswered.incrementAndGet();
         String asked;
         String answer;

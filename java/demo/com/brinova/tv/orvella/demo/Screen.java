@@ -85,6 +85,16 @@ final class Screen {
         out.flush();
     }
 
+    /** Prints a question and leaves the cursor after it (no progress bar is shown then). */
+    synchronized void prompt(String text) {
+        if (bar != null) {
+            out.println();
+            bar = null;
+        }
+        out.print(text);
+        out.flush();
+    }
+
     /** Prints a problem on the error stream, above the progress bar. */
     synchronized void error(String text) {
         if (bar != null) {
