@@ -60,7 +60,7 @@ bool builderNameIs(const char* name, const char* row, bool wholeName) {
     return x_strncmp(name, row, len) == 0 && (!wholeName || x_strlen(name) == len);
 }
 
-struct BuilderSpec {
+struct BuilderRow {
     const char* name;
     bool wholeName;
     const char* tunerName;
@@ -69,7 +69,7 @@ struct BuilderSpec {
 };
 
 // Tested in this order; the first match wins.
-const BuilderSpec kBuilders[] = {
+const BuilderRow kBuilders[] = {
     {"sb_dvb", true, "tuner_ter_dig_0", "[%s][%d]config dvbt opendata", false},
     {"sb_dvbc", false, "tuner_cab_dig_0", "[%s][%d]config dvbc opendata, ps_svl_name=%s", false},
     {"sb_dvbs", false, "tuner_sat_dig_0", "[%s][%d]config dvbs opendata", true},
@@ -82,7 +82,7 @@ const BuilderSpec kBuilders[] = {
 };
 
 // Monitor mode: the scan block copied at the builder's size, one word set to its mode.
-struct MonitorSpec {
+struct MonitorRow {
     const char* name;
     bool wholeName;
     size_t blockSize;
@@ -90,17 +90,17 @@ struct MonitorSpec {
     uint32_t mode;
 };
 
-const MonitorSpec kMonitors[] = {
+const MonitorRow kMonitors[] = {
     {"sb_dvb", true, 64, 4, 9},    {"sb_dvbc", false, 84, 8, 4},  {"sb_dvbs", false, 780, 12, 9},
     {"sb_cn_dvbc", false, 84, 8, 4}, {"sb_dtmb", false, 48, 8, 7}, {"sb_atsc", false, 8, 0, 6},
     {"sb_cqam", false, 20, 0, 6},  {"sb_isdb", false, 28, 4, 8},
 };
 constexpr size_t kMaxMonitorBlock = 780;
 
-template <typename Spec, size_t N>
-const Spec* findSpec(const Spec (&table)[N], const char* name) {
-    for (const Spec& spec : table) {
-        if (builderNameIs(name, spec.name, spec.wholeName)) return &spec;
+template <typename Row, size_t N>
+const Row* findRow(const Row (&table)[N], const char* name) {
+    for (const Row& row : table) {
+        if (builderNameIs(name, row.name, row.wholeName)) return &row;
     }
     return nullptr;
 }
@@ -398,8 +398,8 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
 
     HANDLE_T handle = NULL_HANDLE;
     SB_COND_T condition = 0;
-    const BuilderSpec* spec = findSpec(kBuilders, builderName);
-    if (spec == nullptr) {
+    const BuilderRow* row = findRow(kBuilders, builderName);
+    if (row == nullptr) {
         // Deliberately goes on with the last list registration's status, as if a builder
         // with handle 0 had been opened.
         BLOGI("unknow builder name: %s.", builderName);
@@ -409,10 +409,10 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
         openData.t_common.ui4_svl_id = static_cast<uint32_t>(svlId);
         openData.t_common.ps_svl_name = svlName;
         openData.t_common.ps_file_name = "/dev";
-        openData.t_common.ps_tuner_name = spec->tunerName;
+        openData.t_common.ps_tuner_name = row->tunerName;
         openData.t_common.ui1_flags = 1;
         openData.t_common.h_data_source = mPipelineHandle;
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, LOG_TAG, spec->openLog, __FUNCTION__, __LINE__, svlName);
+        BLOG_PRINT(BRINOVA_LOG_DEBUG, LOG_TAG, row->openLog, __FUNCTION__, __LINE__, svlName);
         status = x_sb_open_builder(builderName, &openData, this, _native_sb_nfy_fct, &handle,
                                    &condition);
     }
@@ -580,11 +580,11 @@ int32_t JScanEngine::startMonitor() {
         return kRefused;
     }
     BLOGE("start native SB monitor.");
-    const MonitorSpec* spec = findSpec(kMonitors, name);
-    if (spec != nullptr) {
+    const MonitorRow* row = findRow(kMonitors, name);
+    if (row != nullptr) {
         uint8_t block[kMaxMonitorBlock];
-        x_memcpy(block, params, spec->blockSize);
-        x_memcpy(block + spec->modeOffset, &spec->mode, sizeof(spec->mode));
+        x_memcpy(block, params, row->blockSize);
+        x_memcpy(block + row->modeOffset, &row->mode, sizeof(row->mode));
         SB_COND_T out = 0;
         ret = x_sb_start_scan(mSBHandler, block, nullptr, nullptr, &out);
         if (ret != MWR_OK) {
