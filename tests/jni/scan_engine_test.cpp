@@ -38,6 +38,26 @@ protected:
         std::string error;
         ASSERT_TRUE(zelsim::loadScenarioText(json, &error)) << error;
     }
+    // Configures `e` with `config`, starts a scan and waits until the builder holds it at
+    // the label "hold"; returns the builder's handle.
+    HANDLE_T startHeldScan(Engine& e, jobject config) {
+        EXPECT_EQ(e.configure(config, 1), 0);
+        EXPECT_EQ(e.native("nativeStart"), 0);
+        EXPECT_TRUE(zelsim::waitForLabel("hold", 5000));
+        return static_cast<HANDLE_T>(lastCall("x_sb_start_scan").args[0]);
+    }
+    // Makes the listener of `e` hold every status event until the returned latch opens.
+    jobject closeGate(Engine& e) {
+        jobject gate = harness::newObject("java/util/concurrent/CountDownLatch", "(I)V", 1);
+        env_->SetObjectField(e.listener,
+                             env_->GetFieldID(env_->GetObjectClass(e.listener), "gate",
+                                              "Ljava/util/concurrent/CountDownLatch;"),
+                             gate);
+        return gate;
+    }
+    void openGate(jobject gate) {
+        harness::callVoid(gate, harness::methodOf(gate, "countDown", "()V"));
+    }
     // Ends an engine's life as Java would.
     static void finish(Engine& e) {
         e.native("nativeClose");
@@ -405,19 +425,12 @@ TEST_F(ScanEngineTest, EventThreadDeliversWhatWasQueuedThenExits) {
     load(R"({"scan": [{"wait": "hold"}]})");
     jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
     Engine e = Engine::create();
-    ASSERT_EQ(e.configure(config, 1), 0);
-    ASSERT_EQ(e.native("nativeStart"), 0);
-    ASSERT_TRUE(zelsim::waitForLabel("hold", 5000));
-    HANDLE_T builder = static_cast<HANDLE_T>(lastCall("x_sb_start_scan").args[0]);
+    HANDLE_T builder = startHeldScan(e, config);
 
     // Events queued behind a slow Java handler all arrive, in order, before the exit.
-    jclass latchClass = harness::findClass("java/util/concurrent/CountDownLatch");
-    jobject gate = harness::newObject("java/util/concurrent/CountDownLatch", "(I)V", 1);
-    env_->SetObjectField(e.listener, env_->GetFieldID(env_->GetObjectClass(e.listener), "gate",
-                                                      "Ljava/util/concurrent/CountDownLatch;"),
-                         gate);
+    jobject gate = closeGate(e);
     for (uint32_t f = 1; f <= 5; ++f) zelsim::runScanNotify(builder, 16, f);
-    harness::callVoid(gate, env_->GetMethodID(latchClass, "countDown", "()V"));
+    openGate(gate);
     ASSERT_EQ(e.native("nativeRelease"), 0);
     ASSERT_TRUE(e.awaitCount(5));
     EXPECT_EQ(e.events(), (Strings{"status 3 1 0", "status 3 2 0", "status 3 3 0", "status 3 4 0",
@@ -432,21 +445,14 @@ TEST_F(ScanEngineTest, EventsLeftWhenTheBuilderClosesAreDropped) {
     load(R"({"scan": [{"wait": "hold"}]})");
     jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
     Engine e = Engine::create();
-    ASSERT_EQ(e.configure(config, 1), 0);
-    ASSERT_EQ(e.native("nativeStart"), 0);
-    ASSERT_TRUE(zelsim::waitForLabel("hold", 5000));
-    HANDLE_T builder = static_cast<HANDLE_T>(lastCall("x_sb_start_scan").args[0]);
+    HANDLE_T builder = startHeldScan(e, config);
 
-    jclass latchClass = harness::findClass("java/util/concurrent/CountDownLatch");
-    jobject gate = harness::newObject("java/util/concurrent/CountDownLatch", "(I)V", 1);
-    env_->SetObjectField(e.listener, env_->GetFieldID(env_->GetObjectClass(e.listener), "gate",
-                                                      "Ljava/util/concurrent/CountDownLatch;"),
-                         gate);
+    jobject gate = closeGate(e);
     zelsim::runScanNotify(builder, 16, 1);  // the event thread now waits in Java
     zelsim::runScanNotify(builder, 16, 2);
     zelsim::runScanNotify(builder, 16, 3);
     ASSERT_EQ(e.native("nativeClose"), 0);
-    harness::callVoid(gate, env_->GetMethodID(latchClass, "countDown", "()V"));
+    openGate(gate);
     ASSERT_TRUE(e.awaitCount(1));
     EXPECT_TRUE(scantest::eventually(
         [] { return Logs::containing(kEngineTag, "]clear all event.\n").size() == 1; }));

@@ -51,21 +51,7 @@ ExtensionPeer::ExtensionPeer(JNIEnv* env, jobject thiz, const void* extension,
 
 ExtensionPeer::~ExtensionPeer() { mRefs.release(mCreatingEnv); }
 
-JniEnvAttacher::JniEnvAttacher() {
-    if (javaVM == nullptr) {
-        return;
-    }
-    if (javaVM->GetEnv(reinterpret_cast<void**>(&mEnv), JNI_VERSION_1_4) == JNI_OK &&
-        mEnv != nullptr) {
-        return;
-    }
-    mEnv = nullptr;
-    if (javaVM->AttachCurrentThread(&mEnv, nullptr) == JNI_OK && mEnv != nullptr) {
-        mAttached = true;
-    } else {
-        mEnv = nullptr;
-    }
-}
+JniEnvAttacher::JniEnvAttacher() { mEnv = getOrAttachEnv(&mAttached); }
 
 JniEnvAttacher::~JniEnvAttacher() {
     if (mAttached) {

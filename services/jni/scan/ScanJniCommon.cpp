@@ -14,23 +14,31 @@ void scanFatal(const ScanSite& site, const char* condText, int line) {
     abort();  // not reached: __android_log_assert aborts
 }
 
-ScopedJniThread::ScopedJniThread(const ScanSite& site, Names names) : mSite(site), mNames(names) {
+JNIEnv* getOrAttachEnv(bool* attachedHere) {
+    *attachedHere = false;
     if (javaVM == nullptr) {
-        return;
+        return nullptr;
     }
-    if (javaVM->GetEnv(reinterpret_cast<void**>(&mEnv), JNI_VERSION_1_4) == JNI_OK &&
-        mEnv != nullptr) {
-        return;
+    JNIEnv* env = nullptr;
+    if (javaVM->GetEnv(reinterpret_cast<void**>(&env), JNI_VERSION_1_4) == JNI_OK && env != nullptr) {
+        return env;
     }
-    mEnv = nullptr;
-    jint status = javaVM->AttachCurrentThread(&mEnv, nullptr);
-    if (status != JNI_OK || mEnv == nullptr) {
+    env = nullptr;
+    if (javaVM->AttachCurrentThread(&env, nullptr) != JNI_OK || env == nullptr) {
+        return nullptr;
+    }
+    *attachedHere = true;
+    return env;
+}
+
+ScopedJniThread::ScopedJniThread(const ScanSite& site, Names names) : mSite(site), mNames(names) {
+    mEnv = getOrAttachEnv(&mAttached);
+    if (mEnv == nullptr && javaVM != nullptr) {
         scanFatal(mSite,
                   mNames == kSts ? "!((sts == (0)) && (env != __null))"
                                  : "!((ret == (0)) && (env != __null))",
                   __LINE__);
     }
-    mAttached = true;
 }
 
 ScopedJniThread::~ScopedJniThread() {

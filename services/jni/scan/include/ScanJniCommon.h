@@ -49,6 +49,12 @@ struct ScanSite {
 [[noreturn]] void scanFatal(const ScanSite& site, const char* condText, int line);
 
 /*
+ * The calling thread's JNIEnv: GetEnv (JNI 1.4), or else AttachCurrentThread, in which case
+ * *attachedHere is set. Null when there is no JavaVM or the attach failed.
+ */
+JNIEnv* getOrAttachEnv(bool* attachedHere);
+
+/*
  * The JNIEnv of the calling thread for the length of a call: GetEnv (JNI 1.4), or else
  * AttachCurrentThread, which is detached again when the scope ends. A failed attach or
  * detach ends the process; the assertion texts name the status variable `sts` (the

@@ -3,15 +3,13 @@ package com.brinova.tv.orvella.testsupport;
 import com.brinova.tv.orvella.services.scan.ZelTvDvbtScanConfig;
 import com.brinova.tv.orvella.services.scan.ZelTvDvbtScanSettings;
 
-import java.util.ArrayList;
-import java.util.List;
 
 /**
  * A DVB-T configuration that records every callback it gets (with the thread it came on)
  * and answers scan-maps commands with a scripted output.
  */
 public final class RecordingDvbtConfig extends ZelTvDvbtScanConfig {
-    private final List<String> mEvents = new ArrayList<>();
+    private final EventLog mLog = new EventLog();
     /** Copied into the output of every scan-maps command (as far as it fits). */
     public volatile int[] answer = {0};
     /** What checkSettings answers. */
@@ -41,30 +39,20 @@ public final class RecordingDvbtConfig extends ZelTvDvbtScanConfig {
     }
 
     private void record(String event) {
-        synchronized (mEvents) {
-            mEvents.add(event + " @" + Thread.currentThread().getName());
-        }
+        mLog.add(event);
     }
 
     /** The events so far, each "what @thread". */
     public String[] events() {
-        synchronized (mEvents) {
-            return mEvents.toArray(new String[0]);
-        }
+        return mLog.events();
     }
 
     /** The events so far without their thread. */
     public String[] eventNames() {
-        String[] all = events();
-        for (int i = 0; i < all.length; i++) {
-            all[i] = all[i].substring(0, all[i].lastIndexOf(" @"));
-        }
-        return all;
+        return mLog.eventNames();
     }
 
     public void clearEvents() {
-        synchronized (mEvents) {
-            mEvents.clear();
-        }
+        mLog.clear();
     }
 }
