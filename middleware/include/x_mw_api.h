@@ -7,6 +7,11 @@
 #include "x_mem.h"
 #include "x_orvella_filter.h"
 #include "x_sb.h"
+#include "x_sb_atsc.h"
+#include "x_sb_cqam.h"
+#include "x_sb_dtmb.h"
 #include "x_sb_dvb.h"
+#include "x_sb_dvbc.h"
+#include "x_sb_isdb.h"
 
 #endif /* X_MW_API_H */

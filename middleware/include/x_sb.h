@@ -31,7 +31,7 @@ typedef void (*x_sb_scan_nfy_fct)(HANDLE_T h_builder, uint32_t ui4_nfy_reason, u
 /*
  * Scan-maps function: the builder asks the application a question (`e_cmd`) and the
  * answer goes into pv_output; *pz_output_len is the buffer size in, bytes written out.
- * Cable builders call theirs with two more arguments (see x_sb_dvbc.h).
+ * Cable builders call theirs with two more arguments (x_sb_dvbc_scan_maps_fct).
  */
 typedef int32_t (*x_sb_scan_maps_fct)(SCAN_MAPS_CMD_T e_cmd, char* ps_country, void* pv_input,
                                       void* pv_output, uint32_t* pz_output_len, void* pv_tag);

@@ -196,6 +196,15 @@ Step notifyStep(uint32_t reason, uint32_t data) {
     return s;
 }
 
+Step scanningStep(int32_t type, uint32_t value, const std::string& name) {
+    Step s;
+    s.kind = Step::Kind::kScanning;
+    s.nfyType = type;
+    s.data = value;
+    s.label = name;
+    return s;
+}
+
 Step listAdd(ListKind list, std::vector<ChangeSpec> changes) {
     Step s;
     s.kind = Step::Kind::kListChange;
@@ -252,7 +261,7 @@ void expandNetwork(const json& net, const std::string& where, std::vector<Step>&
     for (size_t m = 0; m < muxes.size(); ++m) {
         const std::string w = where + ".multiplexes[" + std::to_string(m) + "]";
         const json& mux = muxes[m];
-        checkFields(mux, w, {"channel", "hz", "ts_id", "on_id", "network", "services"});
+        checkFields(mux, w, {"channel", "hz", "ts_id", "on_id", "network", "services", "locks"});
         uint32_t hz = 0;
         if (mux.contains("hz")) {
             hz = field<uint32_t>(mux, "hz", w);
@@ -271,6 +280,9 @@ void expandNetwork(const json& net, const std::string& where, std::vector<Step>&
         if (services.size() > 0xFFFF) fail(w, "too many services");
 
         out.push_back(notifyStep(SB_REASON_FREQ_REPORT, hz));
+        const bool locks = !mux.contains("locks") || mux["locks"].get<bool>();
+        if (!locks && !services.empty()) fail(w, "a multiplex that does not lock has no services");
+        if (!locks) out.push_back(scanningStep(SB_DVBC_NFY_FREQ_UNLOCK, hz, ""));
         out.push_back(notifyStep(SB_REASON_PROGRESS, (total << 16) | static_cast<uint32_t>(services.size())));
         if (services.empty()) continue;
 
@@ -351,7 +363,8 @@ void parseStep(const json& j, const std::string& where, std::vector<Step>& out) 
     const std::string w = where + " (" + kind + ")";
     Step s;
     if (kind == "scan_maps") {
-        checkFields(v, w, {"cmd", "output_len", "output_fill", "input", "input_values", "input_text", "country"});
+        checkFields(v, w, {"cmd", "output_len", "output_fill", "input", "input_values", "input_text", "country",
+                           "value", "expect"});
         s.kind = Step::Kind::kScanMaps;
         s.cmd = field<uint32_t>(v, "cmd", w);
         s.outputLen = field<uint32_t>(v, "output_len", w, 4);
@@ -362,6 +375,15 @@ void parseStep(const json& j, const std::string& where, std::vector<Step>& out) 
         if (text) s.input = textInput(v, w);
         else s.inputValue = field<uint32_t>(v, "input", w, 0);
         if (v.contains("country")) s.country = textField(v, "country", w);
+        s.value = field<uint32_t>(v, "value", w, 0);
+        if (v.contains("expect")) s.expect = field<int32_t>(v, "expect", w);
+    } else if (kind == "network_name") {
+        if (!v.is_string()) fail(w, "expected the network's name");
+        s = scanningStep(SB_DVBC_NFY_NW_NAME, 0, v.get<std::string>());
+    } else if (kind == "freq_unlock") {
+        s = scanningStep(SB_DVBC_NFY_FREQ_UNLOCK, scalarOr<uint32_t>(v, "hz", w), "");
+    } else if (kind == "no_network_id") {
+        s = scanningStep(SB_DVBC_NFY_NO_NW_ID, scalarOr<uint16_t>(v, "nw_id", w), "");
     } else if (kind == "progress") {
         checkFields(v, w, {"channels", "transponders"});
         uint32_t t = field<uint16_t>(v, "transponders", w, 0);

@@ -28,7 +28,8 @@ struct ChangeSpec {
 };
 
 struct Step {
-    enum class Kind { kScanMaps, kNotify, kEnd, kServiceUpdate, kListChange, kSleep, kWait, kBuilderNfy };
+    enum class Kind { kScanMaps, kNotify, kEnd, kServiceUpdate, kListChange, kSleep, kWait, kBuilderNfy,
+                      kScanning };
     Kind kind = Kind::kNotify;
     // kNotify, kEnd
     uint32_t reason = 0;
@@ -40,6 +41,8 @@ struct Step {
     uintptr_t inputValue = 0;
     std::vector<uint8_t> input;  // pointed-to input block; empty: inputValue is the pointer
     std::optional<std::string> country;
+    uint32_t value = 0;            // the cable builders' extra number
+    std::optional<int32_t> expect;  // the status the builder expects back
     // kServiceUpdate
     uint16_t added = 0;
     uint16_t deleted = 0;
@@ -47,6 +50,8 @@ struct Step {
     ListKind list = ListKind::kSvl;
     std::optional<uint16_t> listId;
     std::vector<ChangeSpec> changes;
+    // kScanning: a cable scanning notification (type, `data` or `label` as the name)
+    int32_t nfyType = 0;
     // kSleep, kWait, kBuilderNfy
     uint32_t ms = 0;
     std::string label;

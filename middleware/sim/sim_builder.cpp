@@ -1,9 +1,11 @@
 // The scan builder: open, scan-maps registration, start, cancel and close, and the thread
 // that plays a scenario's scan (or monitor) steps into the library's callbacks.
+#include <stdio.h>
 #include <string.h>
 
 #include <chrono>
 
+#include "sim_standards.h"
 #include "sim_state.h"
 
 using zelsim::Call;
@@ -59,35 +61,30 @@ void notifyScan(const Run& run, uint32_t reason, uint32_t data) {
     Sim::get().afterCallback("scan_nfy");
 }
 
-// The service-update function and tag of the terrestrial scan block (offsets 32 and 36).
-void serviceUpdate(const Run& run, uint16_t added, uint16_t deleted) {
-    if (run.kind == nullptr || strcmp(run.kind->name, "sb_dvb") != 0 ||
-        run.scanData.size() < sizeof(SB_DVB_SCAN_DATA_T)) {
-        return;
-    }
-    SB_DVB_SCAN_DATA_T block;
-    memcpy(&block, run.scanData.data(), sizeof(block));
-    if (block.pf_svc_update_nfy == nullptr) return;
-    SB_DVB_SVC_UPDATE_NFY_DATA_T data{added, deleted};
-    block.pf_svc_update_nfy(&data, block.pv_svc_update_nfy_tag);
-    Sim::get().afterCallback("svc_update");
+std::string countryOf(const Run& run, const Step& step) {
+    return step.country ? *step.country : blockCountry(run);
 }
 
-std::string countryOf(const Run& run, const Step& step) {
-    if (step.country) return *step.country;
-    if (run.kind != nullptr && strcmp(run.kind->name, "sb_dvb") == 0 && run.scanData.size() >= 4) {
-        const char* code = reinterpret_cast<const char*>(run.scanData.data());
-        return std::string(code, strnlen(code, 4));
-    }
-    return "";
+// A scan-maps question as the scenario asks it; an answer other than the status the step
+// expects is reported, so that a scenario doubles as a check of the library's answers.
+void askScanMaps(const Run& run, const Step& step) {
+    ScanMapsAnswer a = callScanMaps(run.name, step.cmd, countryOf(run, step), step.input, step.inputValue,
+                                    step.outputLen, step.outputFill, step.value);
+    if (!step.expect || a.status == *step.expect) return;
+    std::string what = run.name + " scan-maps command " + std::to_string(step.cmd) + " with " +
+                       std::to_string(step.outputLen) + " bytes answered " + std::to_string(a.status) +
+                       ", expected " + std::to_string(*step.expect);
+    fprintf(stderr, "zel_sim: %s\n", what.c_str());
+    Sim& sim = Sim::get();
+    std::lock_guard<std::mutex> lock(sim.mu);
+    sim.mismatches.push_back(std::move(what));
 }
 
 // Plays one step; true when it ended the scan.
 bool playStep(Run& run, const Step& step) {
     switch (step.kind) {
         case Step::Kind::kScanMaps:
-            callScanMaps(run.name, step.cmd, countryOf(run, step), step.input, step.inputValue,
-                         step.outputLen, step.outputFill);
+            askScanMaps(run, step);
             return false;
         case Step::Kind::kNotify:
             notifyScan(run, step.reason, step.data);
@@ -101,7 +98,10 @@ bool playStep(Run& run, const Step& step) {
             return true;
         }
         case Step::Kind::kServiceUpdate:
-            serviceUpdate(run, step.added, step.deleted);
+            blockServiceUpdate(run, step.added, step.deleted);
+            return false;
+        case Step::Kind::kScanning:
+            blockScanningNotify(run, step.nfyType, step.data, step.label);
             return false;
         case Step::Kind::kListChange:
             deliverListChanges(step.list, step.listId, step.changes);
@@ -178,7 +178,7 @@ void stopRun(const std::shared_ptr<Run>& run) {
 
 ScanMapsAnswer callScanMaps(const std::string& builderName, uint32_t cmd, const std::string& country,
                             const std::vector<uint8_t>& input, uintptr_t inputValue, uint32_t outputLen,
-                            uint8_t fill) {
+                            uint8_t fill, uint32_t value) {
     Sim& sim = Sim::get();
     ScanMapRegistration reg;
     {
@@ -197,7 +197,8 @@ ScanMapsAnswer callScanMaps(const std::string& builderName, uint32_t cmd, const 
     countryBuf.resize(country.size() < 4 ? 5 : country.size() + 1, '\0');
 
     uint32_t len = outputLen;
-    answer.status = reg.fn(cmd, countryBuf.data(), pvInput, out.data(), &len, reg.tag);
+    answer.status = invokeScanMaps(builderName, reg.fn, cmd, countryBuf.data(), value, pvInput, out.data(), &len,
+                                   reg.tag);
     answer.outputLen = len;
     answer.output.assign(out.begin(), out.begin() + outputLen);
     for (size_t i = outputLen; i < out.size(); ++i) answer.overrun = answer.overrun || out[i] != kGuardFill;
@@ -274,7 +275,10 @@ int32_t x_sb_start_scan(HANDLE_T h_builder, void* pv_scan_data, void* pv_tag, x_
               {h_builder, ptrArg(pv_scan_data), ptrArg(pv_tag), ptrArg(reinterpret_cast<void*>(pf_nfy)),
                ptrArg(pe_builder_cond)},
               {}, {}, {}};
-    if (b) call.bytes = copyBlock(pv_scan_data, b->kind->scanDataSize);
+    if (b) {
+        call.bytes = copyBlock(pv_scan_data, b->kind->scanDataSize);
+        call.strings = zelsim::detail::describeScanData(b->kind, call.bytes);
+    }
     std::vector<uint8_t> scanData = call.bytes;
     if (auto refused = sim.admit(std::move(call))) return *refused;
     if (!b) return MWR_INV_HANDLE;

@@ -69,6 +69,7 @@ void reset() {
     sim.calls.clear();
     sim.refusals.clear();
     sim.answers.clear();
+    sim.mismatches.clear();
     sim.hook = nullptr;
     sim.scenario = nullptr;
     sim.keys = detail::KeyData{};
@@ -186,10 +187,19 @@ std::vector<ScanMapsAnswer> scanMapsAnswers() {
 }
 
 ScanMapsAnswer runScanMaps(const std::string& builderName, uint32_t cmd, const std::string& country,
-                           const std::vector<uint8_t>& input, uint32_t outputSize, uintptr_t inputValue) {
+                           const std::vector<uint8_t>& input, uint32_t outputSize, uintptr_t inputValue,
+                           uint32_t value) {
     ScanMapsAnswer answer;
-    onSimThread([&] { answer = detail::callScanMaps(builderName, cmd, country, input, inputValue, outputSize, 0); });
+    onSimThread([&] {
+        answer = detail::callScanMaps(builderName, cmd, country, input, inputValue, outputSize, 0, value);
+    });
     return answer;
+}
+
+std::vector<std::string> scanMapsMismatches() {
+    Sim& sim = Sim::get();
+    std::lock_guard<std::mutex> lock(sim.mu);
+    return sim.mismatches;
 }
 
 void runServiceUpdate(const SB_DVB_SCAN_DATA_T& block, uint16_t added, uint16_t deleted) {

@@ -92,6 +92,7 @@ struct Sim {
     std::vector<Call> calls;
     std::vector<Refusal> refusals;
     std::vector<ScanMapsAnswer> answers;
+    std::vector<std::string> mismatches;  // scan-maps statuses other than a step expected
     std::function<void(const char*)> hook;
 
     std::shared_ptr<const Scenario> scenario;  // null: the built-in default
@@ -136,10 +137,11 @@ void stopRun(const std::shared_ptr<Run>& run);
 void deliverListChanges(ListKind list, std::optional<uint16_t> listId, const std::vector<ChangeSpec>& changes);
 
 // Calls a scan-maps function registered for `builderName` and records the answer; on the
-// calling thread. `input` empty: pv_input is `inputValue`.
+// calling thread. `input` empty: pv_input is `inputValue`. `value` is the cable builders'
+// extra argument.
 ScanMapsAnswer callScanMaps(const std::string& builderName, uint32_t cmd, const std::string& country,
                             const std::vector<uint8_t>& input, uintptr_t inputValue, uint32_t outputLen,
-                            uint8_t fill);
+                            uint8_t fill, uint32_t value = 0);
 
 }  // namespace zelsim::detail
 

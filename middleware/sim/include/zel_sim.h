@@ -28,7 +28,8 @@ namespace zelsim {
 //   x_sb_start_scan      args {builder, scan data, tag, notify, pe_cond}; bytes: the scan data,
 //                        as large as the builder's (sb_dvb 64, sb_dvbc and sb_cn_dvbc 84,
 //                        sb_dvbs 780, sb_dtmb 48, sb_atsc 8, sb_cqam 20, sb_isdb 28), empty
-//                        for an unknown builder
+//                        for an unknown builder; strings: the terrestrial and cable blocks
+//                        decoded as "field=value" ("country=DEU", "nw_id=4660", ...)
 //   x_sb_cancel_scan, x_sb_close_builder   args {builder}
 //   x_sb_get             args {builder, key, key info, *pz_key_data_len as given (-1 when the
 //                        pointer is null), value buffer}; bytes: the 8-byte region key that
@@ -92,7 +93,7 @@ bool waitForLabel(const std::string& label, int timeoutMs);
 void release(const std::string& label);
 
 // Called on the simulator thread right after every callback into the library returns,
-// with what was called ("scan_maps", "svc_update", "scan_nfy", "svl_nfy", "tsl_nfy",
+// with what was called ("scan_maps", "svc_update", "scanning_nfy", "scan_nfy", "svl_nfy", "tsl_nfy",
 // "nwl_nfy", "builder_nfy", and "svl_filter", "tsl_filter", "nwl_filter" after a list
 // filter). Tests use it to check that the thread was left detached.
 void setCallbackHook(std::function<void(const char* what)> hook);
@@ -111,13 +112,27 @@ std::vector<ScanMapsAnswer> scanMapsAnswers();
 // for `builderName`, and waits for it. Without a registered function the answer has the
 // status MWR_NOT_FOUND and is not added to scanMapsAnswers(). `input` is what pv_input points to (null when
 // empty and `inputValue` is 0; otherwise pv_input is `inputValue` cast to a pointer).
+// The cable builders ("sb_dvbc", "sb_cn_dvbc") also pass `value` and a null reserved pointer.
 ScanMapsAnswer runScanMaps(const std::string& builderName, uint32_t cmd,
                            const std::string& country, const std::vector<uint8_t>& input,
-                           uint32_t outputSize, uintptr_t inputValue = 0);
+                           uint32_t outputSize, uintptr_t inputValue = 0, uint32_t value = 0);
+
+// Scan-maps steps whose answer had another status than the step's "expect", one line each
+// (also printed on stderr as they happen).
+std::vector<std::string> scanMapsMismatches();
 
 // Calls a DVB service-update callback taken from a 64-byte "sb_dvb" scan block on a
 // fresh simulator thread, and waits for it.
 void runServiceUpdate(const SB_DVB_SCAN_DATA_T& block, uint16_t added, uint16_t deleted);
+// The same for the scan data of any builder whose block has a service-update function
+// ("sb_dvbc", "sb_cn_dvbc", "sb_dtmb", "sb_isdb"; ISDB's is called with a null tag).
+void runServiceUpdate(const std::string& builderName, const void* block, uint16_t added,
+                      uint16_t deleted);
+// Calls the scanning function of a cable scan block (offsets 72 and 76) with one
+// notification on a fresh simulator thread, and waits: SB_DVBC_NFY_NW_NAME carries `name`,
+// the other types `value` as the payload word.
+void runScanningNotify(const std::string& builderName, const void* block, int32_t type,
+                       uint32_t value, const std::string& name = "");
 
 // Pushes list changes through the filter and notify function of every registration of that
 // list ("svl", "tsl" or "nwl") made for `listId`, on a simulator thread, and waits. Each
