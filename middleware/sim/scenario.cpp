@@ -363,17 +363,21 @@ void parseStep(const json& j, const std::string& where, std::vector<Step>& out) 
     const std::string w = where + " (" + kind + ")";
     Step s;
     if (kind == "scan_maps") {
-        checkFields(v, w, {"cmd", "output_len", "output_fill", "input", "input_values", "input_text", "country",
-                           "value", "expect"});
+        checkFields(v, w, {"cmd", "output_len", "output_fill", "input", "input_values", "input_text", "input_hex",
+                           "country", "value", "expect"});
         s.kind = Step::Kind::kScanMaps;
         s.cmd = field<uint32_t>(v, "cmd", w);
         s.outputLen = field<uint32_t>(v, "output_len", w, 4);
         if (s.outputLen > 0x10000) fail(w, "output_len above 65536");
         s.outputFill = field<uint8_t>(v, "output_fill", w, 0);
         const bool text = v.contains("input_values") || v.contains("input_text");
-        if (text && v.contains("input")) fail(w, "\"input\" and a text input exclude each other");
+        if (int(text) + int(v.contains("input")) + int(v.contains("input_hex")) > 1) {
+            fail(w, "\"input\", \"input_hex\" and a text input exclude each other");
+        }
         if (text) s.input = textInput(v, w);
+        else if (v.contains("input_hex")) s.input = hexBlock(v["input_hex"], w + ".input_hex");
         else s.inputValue = field<uint32_t>(v, "input", w, 0);
+        if (v.contains("input_hex") && s.input.empty()) fail(w, "\"input_hex\" is empty");
         if (v.contains("country")) s.country = textField(v, "country", w);
         s.value = field<uint32_t>(v, "value", w, 0);
         if (v.contains("expect")) s.expect = field<int32_t>(v, "expect", w);
