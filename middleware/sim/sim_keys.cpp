@@ -38,8 +38,18 @@ int32_t answerAt(const std::vector<T>& table, uint32_t index, uint32_t* pz_len, 
     return answer(&table[index], sizeof(T), pz_len, pv_data);
 }
 
+// A key given as raw blocks; caller holds Sim::mu.
+int32_t getRawKey(const KeyData::Raw& raw, SB_KEY_INFO_T info, uint32_t* pz_len, void* pv_data) {
+    const uint32_t i = raw.indexed ? indexOf(info) : 0;
+    if (i >= raw.blocks.size()) return MWR_NOT_FOUND;
+    const std::vector<uint8_t>& block = raw.blocks[i];
+    return answer(block.data(), block.size(), pz_len, pv_data);
+}
+
 // Caller holds Sim::mu.
 int32_t getKey(const KeyData& k, SB_KEY_TYPE_T key, SB_KEY_INFO_T info, uint32_t* pz_len, void* pv_data) {
+    auto raw = k.raw.find(key);
+    if (raw != k.raw.end()) return getRawKey(raw->second, info, pz_len, pv_data);
     switch (key) {
         case SB_KEY_TYPE_NWL_HANDLE:
             if (!k.nwlHandle) break;
@@ -101,12 +111,7 @@ int32_t getKey(const KeyData& k, SB_KEY_TYPE_T key, SB_KEY_INFO_T info, uint32_t
         default:
             break;
     }
-    auto raw = k.raw.find(key);
-    if (raw == k.raw.end()) return MWR_NOT_FOUND;
-    const uint32_t i = raw->second.indexed ? indexOf(info) : 0;
-    if (i >= raw->second.blocks.size()) return MWR_NOT_FOUND;
-    const std::vector<uint8_t>& block = raw->second.blocks[i];
-    return answer(block.data(), block.size(), pz_len, pv_data);
+    return MWR_NOT_FOUND;
 }
 
 // Sets that change what later gets answer; caller holds Sim::mu.
@@ -191,3 +196,26 @@ int32_t x_nwl_get_rec(HANDLE_T h_nwl, uint16_t ui2_nwl_rec_id, NWL_REC_T* pt_nwl
 }
 
 }  // extern "C"
+
+namespace zelsim {
+
+void setKeyBlocks(uint32_t key, bool indexed, std::vector<std::vector<uint8_t>> blocks) {
+    Sim& sim = Sim::get();
+    std::lock_guard<std::mutex> lock(sim.mu);
+    sim.keys.raw[key] = KeyData::Raw{indexed, std::move(blocks)};
+}
+
+void setNetworkList(HANDLE_T nwl, std::vector<NWL_REC_T> records) {
+    Sim& sim = Sim::get();
+    std::lock_guard<std::mutex> lock(sim.mu);
+    sim.keys.nwlHandle = nwl;
+    sim.keys.nwlRecords = std::move(records);
+}
+
+void resetKeys() {
+    Sim& sim = Sim::get();
+    std::lock_guard<std::mutex> lock(sim.mu);
+    sim.keys = KeyData{};
+}
+
+}  // namespace zelsim

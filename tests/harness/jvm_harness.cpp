@@ -12,6 +12,7 @@
 #include <android/log.h>
 
 #include "host_properties.h"
+#include "jvm_boot.h"
 #include "zel_sim.h"
 
 namespace harness {
@@ -48,7 +49,7 @@ void captureLog(const struct __android_logger_data* data, const char* message) {
 jint JNICALL vmPrint(FILE* fp, const char* format, va_list args) {
     char buf[4096];
     int n = vsnprintf(buf, sizeof(buf), format, args);
-    bool warning = strstr(buf, "WARNING in native method") != nullptr;
+    bool warning = jvmboot::isCheckJniWarning(buf);
     if (warning) {
         (gExpectingWarnings ? gExpectedWarnings : gWarnings).fetch_add(1);
         gInsideWarning = true;
@@ -120,24 +121,7 @@ void logEverything() {
     setProperty("vendor.zel.default.log.level", "V");
 }
 
-std::string exceptionText(JNIEnv* e) {
-    jthrowable t = e->ExceptionOccurred();
-    if (t == nullptr) return "";
-    e->ExceptionClear();
-    jclass objectClass = e->FindClass("java/lang/Object");
-    jmethodID toString = e->GetMethodID(objectClass, "toString", "()Ljava/lang/String;");
-    auto text = static_cast<jstring>(e->CallObjectMethod(t, toString));
-    std::string out = "(unprintable throwable)";
-    if (!e->ExceptionCheck() && text != nullptr) {
-        const char* chars = e->GetStringUTFChars(text, nullptr);
-        out = chars;
-        e->ReleaseStringUTFChars(text, chars);
-    }
-    e->ExceptionClear();
-    e->DeleteLocalRef(objectClass);
-    e->DeleteLocalRef(t);
-    return out;
-}
+std::string exceptionText(JNIEnv* e) { return jvmboot::exceptionText(e); }
 
 jclass findClass(const char* name) {
     jclass c = gEnv->FindClass(name);
@@ -230,52 +214,10 @@ void JvmTest::TearDown() {
 
 // Starts the VM with CheckJNI and loads the library from Java, as an application would.
 void startJvm(const char* classPath) {
-    void* libjvm = dlopen(ORVELLA_LIBJVM, RTLD_NOW | RTLD_GLOBAL);
-    if (libjvm == nullptr) {
-        fprintf(stderr, "cannot load %s: %s (run scripts/setup-host.sh)\n", ORVELLA_LIBJVM,
-                dlerror());
-        _exit(2);
-    }
-    using CreateJavaVM = jint (*)(JavaVM**, void**, void*);
-    auto create = reinterpret_cast<CreateJavaVM>(dlsym(libjvm, "JNI_CreateJavaVM"));
-    std::string cp = std::string("-Djava.class.path=") + classPath;
-    std::string lp = std::string("-Djava.library.path=") + ORVELLA_LIBRARY_DIR;
-    JavaVMOption options[] = {
-        {const_cast<char*>("-Xcheck:jni"), nullptr},
-        {const_cast<char*>(cp.c_str()), nullptr},
-        {const_cast<char*>(lp.c_str()), nullptr},
-        {const_cast<char*>("-Xmx256m"), nullptr},
-        {const_cast<char*>("-XX:-UsePerfData"), nullptr},
-        {const_cast<char*>("-XX:+DisplayVMOutputToStderr"), nullptr},
-        {const_cast<char*>("vfprintf"), reinterpret_cast<void*>(&vmPrint)},
-    };
-    JavaVMInitArgs args{};
-    args.version = JNI_VERSION_1_6;
-    args.nOptions = sizeof(options) / sizeof(options[0]);
-    args.options = options;
-    args.ignoreUnrecognized = JNI_FALSE;
-    if (create(&gVm, reinterpret_cast<void**>(&gEnv), &args) != JNI_OK) {
-        fprintf(stderr, "JNI_CreateJavaVM failed\n");
-        _exit(2);
-    }
-    jclass loader = gEnv->FindClass("com/brinova/tv/orvella/testsupport/TestLoader");
-    if (loader == nullptr) {
-        fprintf(stderr, "TestLoader missing: %s\n", exceptionText(gEnv).c_str());
-        _exit(2);
-    }
-    jmethodID load = gEnv->GetStaticMethodID(loader, "load", "()Ljava/lang/String;");
-    auto error = static_cast<jstring>(gEnv->CallStaticObjectMethod(loader, load));
-    std::string thrown = exceptionText(gEnv);
-    if (!thrown.empty()) {
-        fprintf(stderr, "TestLoader.load threw: %s\n", thrown.c_str());
-        _exit(2);
-    }
-    if (error != nullptr) {
-        const char* chars = gEnv->GetStringUTFChars(error, nullptr);
-        gLoadError = chars;
-        gEnv->ReleaseStringUTFChars(error, chars);
-    }
-    gEnv->DeleteLocalRef(loader);
+    jvmboot::Booted booted = jvmboot::start(classPath, &vmPrint);
+    gVm = booted.vm;
+    gEnv = booted.env;
+    gLoadError = booted.loadError;
     gLoadLines = Logs::lines();
 }
 

@@ -84,6 +84,14 @@ void failNext(const std::string& fn, int32_t status, int count = 1);
 void failKey(const std::string& fn, uint32_t key, int32_t status, int count = -1);
 void clearFailures();
 
+// Builder keys given directly, for fuzzing the library's decoding of the builder's records.
+// setKeyBlocks: x_sb_get of `key` answers `blocks[0]`, or (indexed) the block at the key
+// info's index, byte for byte, in place of the scenario's answer. setNetworkList: the
+// network list that key 76 names, and its records. resetKeys forgets every key answer.
+void setKeyBlocks(uint32_t key, bool indexed, std::vector<std::vector<uint8_t>> blocks);
+void setNetworkList(HANDLE_T nwl, std::vector<NWL_REC_T> records);
+void resetKeys();
+
 // Waits until no scan or monitor thread is running any more (true) or the timeout passes.
 bool waitIdle(int timeoutMs);
 // Waits until the running scan of any builder has reached a {"wait": "..."} step named

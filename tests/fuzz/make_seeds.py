@@ -1,0 +1,134 @@
+#!/usr/bin/env python3
+"""Writes the seed corpus of every fuzz target (corpus/<target>/). Each seed is a valid,
+realistic input in the target's own layout (see the target's source); the fuzzer mutates
+from there. Run it after changing a target's input layout: python3 make_seeds.py"""
+import os
+import struct
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+
+def u8(v): return struct.pack('<B', v)
+def u16(v): return struct.pack('<H', v)
+def u32(v): return struct.pack('<I', v & 0xFFFFFFFF)
+
+
+def write(target, name, data):
+    d = os.path.join(HERE, 'corpus', target)
+    os.makedirs(d, exist_ok=True)
+    with open(os.path.join(d, name), 'wb') as f:
+        f.write(data)
+
+
+# dvbt_scan_maps: cmd, output length, country, input kind, input value,
+# [27/28 with kind & 1: three 16-bit values, text length, text], answer length, answer.
+def scan_maps(cmd, out_len, answer, country=b'GBR', value=0, text=None):
+    data = u8(cmd) + u16(out_len) + country + u8(1 if text is not None else 0) + u32(value)
+    if text is not None:
+        data += u16(1) + u16(2) + u16(3) + u8(len(text)) + text
+    return data + u8(len(answer)) + b''.join(u32(a) for a in answer)
+
+
+write('dvbt_scan_maps_fuzz', 'word32', scan_maps(0, 4, [1234], value=7))
+write('dvbt_scan_maps_fuzz', 'word16', scan_maps(2, 2, [65535]))
+write('dvbt_scan_maps_fuzz', 'rules-20', scan_maps(16, 72, [20] + list(range(1, 21))))
+write('dvbt_scan_maps_fuzz', 'rules-short-buffer', scan_maps(16, 71, [3, 1, 2, 3]))
+write('dvbt_scan_maps_fuzz', 'name', scan_maps(27, 2, [5], text=b'BBC ONE'))
+write('dvbt_scan_maps_fuzz', 'name-100', scan_maps(28, 2, [1], text=b'N' * 100))
+write('dvbt_scan_maps_fuzz', 'name-null', scan_maps(27, 2, [1]))
+write('dvbt_scan_maps_fuzz', 'boolean-empty', scan_maps(9, 0, [1]))
+write('dvbt_scan_maps_fuzz', 'boolean', scan_maps(10, 1, [7]))
+write('dvbt_scan_maps_fuzz', 'bypass', scan_maps(5, 16, [1, 2, 3, 4], country=b'NOR'))
+
+# dvbt_service_update: per call a flag (0x80: null tag) and the 4-byte record.
+write('dvbt_service_update_fuzz', 'added', u8(0) + u16(3) + u16(0))
+write('dvbt_service_update_fuzz', 'both-max', u8(0) + u16(65535) + u16(65535))
+write('dvbt_service_update_fuzz', 'null-tag', u8(0x80) + u16(1) + u16(1) + u8(0) + u16(2) + u16(1))
+
+
+# list_notify: per call an op (bit 0 filter, (op >> 1) % 3 the list), the list id, then
+# a notify's count and changes, or a filter's reason, which records and the records.
+def notify(lst, list_id, changes):
+    return u8(lst << 1) + u16(list_id) + u8(len(changes)) + b''.join(u16(t) + u16(r) for t, r in changes)
+
+
+def svl_rec(rec_id, svc_id, name, lcn=1):
+    rec = struct.pack('<HHHHHHBBHII', rec_id, 1, 9018, 4164, svc_id, 12289, 1, 1, lcn, 0, 0)
+    return rec + name.ljust(64, b'\0') + u32(474000000)
+
+
+def svl_filter(reason, new, old):
+    which = (1 if new else 0) | (2 if old else 0)
+    return u8(1) + u16(1) + u16(reason) + u8(which) + (new or b'') + (old or b'')
+
+
+write('list_notify_fuzz', 'svl-three', notify(0, 1, [(1, 1), (1, 2), (4, 3)]))
+write('list_notify_fuzz', 'tsl-nwl', notify(1, 1, [(1, 1)]) + notify(2, 1, [(2, 4)]) + notify(2, 7, []))
+write('list_notify_fuzz', 'svl-renamed',
+      svl_filter(4, svl_rec(1, 4164, b'BBC ONE'), svl_rec(1, 4164, b'BBC ONE London')))
+write('list_notify_fuzz', 'svl-same', svl_filter(4, svl_rec(2, 4287, b'ITV1'), svl_rec(2, 4287, b'ITV1')))
+write('list_notify_fuzz', 'svl-no-old', svl_filter(4, svl_rec(3, 8384, b'Channel 4'), None))
+write('list_notify_fuzz', 'tsl-nwl-filters',
+      u8(3) + u16(1) + u16(1) + u8(1) + struct.pack('<HHHHI', 1, 9018, 4164, 1, 474000000)
+      + u8(5) + u16(1) + u16(4) + u8(3) + bytes(304) + bytes(304))
+
+# terrestrial_keys: which keys are present (bit per key of the target's table, 0x8000 the
+# network list), each key's blocks, the network records, the pick, then operations.
+KEYS = ['conflict_num', 'conflict_group', 'conflict_channel', 'lcnv2_num', 'lcnv2_info',
+        'region_num', 'region_table', 'preferred_region', 'garbage', 'svc_lcn_info']
+INDEXED = {'conflict_group', 'conflict_channel', 'lcnv2_info', 'svc_lcn_info'}
+
+
+def keys(answers, networks=None):
+    present = sum(1 << KEYS.index(k) for k in answers) | (0x8000 if networks is not None else 0)
+    data = u16(present)
+    for k in KEYS:
+        if k not in answers:
+            continue
+        blocks = answers[k] if k in INDEXED else [answers[k]]
+        if k in INDEXED:
+            data += u8(len(blocks))
+        for b in blocks:
+            data += u16(len(b)) + b
+    if networks is not None:
+        data += u8(len(networks)) + b''.join(networks)
+    return data
+
+
+def nwl_rec(rec_id, name, candidate=True):
+    rec = u8(0x02 if candidate else 0) + bytes(3) + struct.pack('<HHH', rec_id, 12289 + rec_id, 8770)
+    return (rec + bytes(3) + name.ljust(32, b'\0')).ljust(304, b'\0')
+
+
+def region(level, codes, name):
+    return u8(level) + u8(0) + b''.join(u16(c) for c in codes) + name.ljust(34, b'\0')
+
+
+def end_of_scan(ext): return u8(ext)
+def native(ext, which, values): return u8(0x80 | ext) + u8(which) + u8(len(values)) + b''.join(u32(v) for v in values)
+
+
+write('terrestrial_keys_fuzz', 'favourite-network',
+      keys({}, [nwl_rec(1, b'NRK Hordaland'), nwl_rec(2, b'NRK Rogaland'), nwl_rec(4, b'Other', False)])
+      + u8(1) + end_of_scan(0) + native(0, 0, [0, 0, 1] + [0] * 47) + native(0, 1, [0, 0, 1]))
+write('terrestrial_keys_fuzz', 'target-region',
+      keys({'region_num': u16(3),
+            'region_table': region(1, [1, 0, 0], b'England') + region(2, [1, 2, 0], b'London')
+            + region(3, [1, 2, 3], b'Crystal Palace'),
+            'preferred_region': region(2, [1, 2, 0], b'London'),
+            'conflict_num': u8(0)})
+      + u8(1) + end_of_scan(3) + native(3, 0, [0, 0, 2] + [0] * 47) + native(3, 2, [0, 0, 0]))
+write('terrestrial_keys_fuzz', 'lcn-conflict',
+      keys({'conflict_num': u8(2),
+            'conflict_group': [u8(0) + u8(0) + u16(1) + u16(0), u8(1) + u8(0) + u16(5) + u16(0)],
+            'conflict_channel': [u16(0) + bytes(6) + u16(1) + u16(11) + bytes(76)] * 2,
+            'garbage': u16(1) + u16(2) + u16(3),
+            'svc_lcn_info': [u16(1) + u16(2) + u16(3) + u16(4) + u8(5) + u8(6)]})
+      + u8(0) + end_of_scan(1) + native(1, 2, [0, 0, 0] + [0] * 6) + native(1, 3, [0, 0, 4, 5, 6]))
+write('terrestrial_keys_fuzz', 'channel-lists',
+      keys({'lcnv2_num': u8(2),
+            'lcnv2_info': [b'Danmark'.ljust(24, b'\0') + u8(1), b'Sjaelland'.ljust(24, b'\0') + u8(2)]})
+      + u8(1) + end_of_scan(4) + native(4, 0, [0, 0, 1] + [0] * 47) + native(4, 2, [0, 0, 2]))
+write('terrestrial_keys_fuzz', 'name-list-and-limits',
+      keys({}) + u8(0) + native(2, 0, [0, 0, 2, 0, 1] + [66] * 45) + native(2, 0, [0, 0] * 26)
+      + native(0, 0, []) + native(3, 1, [0, 0, 1, 1, 0, 0]))
