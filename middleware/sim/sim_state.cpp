@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <fstream>
@@ -98,9 +99,10 @@ void Sim::checkEnvScenarioLocked() {
     std::string error = "cannot read the file";
     auto sc = in ? parseScenario(text.str(), &error) : nullptr;
     if (!sc) {
-        fprintf(stderr, "zel_sim: ZEL_SIM_SCENARIO=%s not loaded (%s); using the built-in scan\n", path,
-                error.c_str());
-        return;
+        // A scan the user did not ask for would pass for the one named: stop here instead.
+        fprintf(stderr, "zel_sim: scenario %s (ZEL_SIM_SCENARIO) does not load: %s\n", path, error.c_str());
+        fflush(stderr);
+        _exit(kScenarioNotLoaded);
     }
     installLocked(sc);
 }

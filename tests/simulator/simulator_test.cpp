@@ -211,6 +211,30 @@ TEST_F(SimulatorTest, EveryScenarioFileParsesAndMistakesAreNamed) {
     EXPECT_FALSE(error.empty());
 }
 
+// A scenario named in the environment that does not load ends the process, naming the
+// file, the place in it and the reason, instead of playing the built-in scan.
+TEST_F(SimulatorTest, NamedScenarioThatDoesNotLoadEndsTheProcess) {
+    const std::string path = ::testing::TempDir() + "bogus-step.json";
+    FILE* f = fopen(path.c_str(), "w");
+    ASSERT_NE(f, nullptr);
+    fputs(R"({"scan": [{"freq": 474000000}, {"bogus": 1}]})", f);
+    fclose(f);
+    auto useNamed = [](const std::string& file) {
+        setenv("ZEL_SIM_SCENARIO", file.c_str(), 1);
+        zelsim::reset();
+        HANDLE_T h = 0;
+        handle_alloc(1, nullptr, nullptr, nullptr, &h);
+        unsetenv("ZEL_SIM_SCENARIO");
+        exit(0);
+    };
+    EXPECT_EXIT(useNamed(path), ::testing::ExitedWithCode(zelsim::kScenarioNotLoaded),
+                "bogus-step.json.*scan\\[1\\]: unknown step kind \"bogus\"");
+    EXPECT_EXIT(useNamed(scenarioPath("no-such.json")),
+                ::testing::ExitedWithCode(zelsim::kScenarioNotLoaded), "no-such.json.*cannot read");
+    EXPECT_EXIT(useNamed(scenarioPath("dvbt-small.json")), ::testing::ExitedWithCode(0), "");
+    remove(path.c_str());
+}
+
 TEST_F(SimulatorTest, NetworkShorthandPlaysAsARealScanInOrder) {
     load(R"({"network": {"on_id": 9018,
         "networks": [{"nw_id": 12289, "name": "Crystal Palace", "rec_id": 3}],

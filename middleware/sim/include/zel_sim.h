@@ -63,7 +63,10 @@ void reset();
 // Loads a scenario (JSON, format in scenarios/README.md) in place of the current one; its
 // "fail" list is added to the refusals. Returns false and fills *error when it does not
 // parse. Without a scenario a small built-in scan runs; ZEL_SIM_SCENARIO (a path) is
-// loaded on first use when set and no scenario was loaded explicitly.
+// loaded on first use when set and no scenario was loaded explicitly; when that file does
+// not load, the process ends with kScenarioNotLoaded after printing the file, the place in
+// it and the reason.
+constexpr int kScenarioNotLoaded = 3;
 bool loadScenarioFile(const std::string& path, std::string* error = nullptr);
 bool loadScenarioText(const std::string& json, std::string* error = nullptr);
 
