@@ -32,7 +32,7 @@ public class ZelTvCqamScanConfig extends ZelTvScanConfig {
     }
 
     @Override
-    public int release() {
+    protected int releaseNative() {
         return nativeRelease();
     }
 

@@ -40,7 +40,7 @@ public class ZelTvDtmbScanConfig extends ZelTvScanConfig {
     }
 
     @Override
-    public int release() {
+    protected int releaseNative() {
         return nativeRelease();
     }
 

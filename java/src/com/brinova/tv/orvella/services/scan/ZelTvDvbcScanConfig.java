@@ -80,7 +80,7 @@ public class ZelTvDvbcScanConfig extends ZelTvScanConfig {
     }
 
     @Override
-    public int release() {
+    protected int releaseNative() {
         return nativeRelease();
     }
 

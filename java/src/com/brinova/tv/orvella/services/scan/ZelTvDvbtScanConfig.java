@@ -56,7 +56,7 @@ public class ZelTvDvbtScanConfig extends ZelTvScanConfig {
     }
 
     @Override
-    public int release() {
+    protected int releaseNative() {
         return nativeRelease();
     }
 

@@ -33,7 +33,7 @@ public class ZelTvIsdbScanConfig extends ZelTvScanConfig {
     }
 
     @Override
-    public int release() {
+    protected int releaseNative() {
         return nativeRelease();
     }
 

@@ -1,12 +1,20 @@
 package com.brinova.tv.orvella.services.scan;
 
+import java.util.Collections;
+import java.util.IdentityHashMap;
+import java.util.Set;
+
 /**
  * Base of the scan configurations, one subclass per broadcast standard.
  *
  * <p>A configuration describes one scan to the scan builder. Its native half is created by
- * the subclass's constructor and stays alive until {@link #release()}; the scan engine uses
- * it from {@link ZelTvScanEngine#configure} until the engine is closed, so release a
- * configuration only after {@link ZelTvScanEngine#close()}.
+ * the subclass's constructor and stays alive until it is released. An engine refers to it
+ * natively by bare address from {@link ZelTvScanEngine#configure} until the engine is
+ * {@link ZelTvScanEngine#release() released} (closing the engine does not end that), so a
+ * {@link #release()} while an engine still uses the configuration is deferred: it answers 0
+ * at once, the configuration stays valid, and its native half goes when
+ * the last engine that used it is released. A configuration whose release is pending is
+ * refused by {@link ZelTvScanEngine#configure}.
  *
  * <p>While a scan runs, the builder asks the configuration questions ("scan-maps commands"),
  * which arrive at {@link #onScanMapCommands} on a builder thread and are answered by the
@@ -46,6 +54,12 @@ public abstract class ZelTvScanConfig {
 
     private final Object mNativeLock = new Object();
     private long mNativeConfig; // guarded by mNativeLock; the native object's address or 0
+    // Engines that were configured with this configuration and are not released yet, and
+    // whether a release waits for them; guarded by mUseLock, which the native release is
+    // done under, so that no engine starts using a configuration being released.
+    private final Object mUseLock = new Object();
+    private final Set<ZelTvScanEngine> mUsers = Collections.newSetFromMap(new IdentityHashMap<>());
+    private boolean mReleasePending;
     private volatile ScanMapsHandler mScanMapsHandler;
     private volatile StatusListener mStatusListener;
 
@@ -61,11 +75,53 @@ public abstract class ZelTvScanConfig {
     }
 
     /**
-     * Releases the native configuration. Call it after the engine that used it was closed.
+     * Releases the native configuration, at once when no engine uses it, else when the last
+     * engine that uses it is released (see the class comment).
      *
-     * @return the native status, 0 on success (also when there was nothing to release)
+     * @return the native status, 0 on success (also when there was nothing to release, and
+     *     when the release is deferred)
      */
-    public abstract int release();
+    public final int release() {
+        synchronized (mUseLock) {
+            if (!mUsers.isEmpty()) {
+                mReleasePending = true;
+                return 0;
+            }
+            mReleasePending = false;
+            return releaseNative();
+        }
+    }
+
+    /** Whether {@link #release()} was called and waits for an engine to be released. */
+    public boolean isReleasePending() {
+        synchronized (mUseLock) {
+            return mReleasePending;
+        }
+    }
+
+    /** Drops the native half: the subclass's {@code nativeRelease}. */
+    protected abstract int releaseNative();
+
+    /** An engine starts using this configuration; false when it is released or pending. */
+    final boolean addUser(ZelTvScanEngine engine) {
+        synchronized (mUseLock) {
+            if (mReleasePending || getNativeConfig() == 0) {
+                return false;
+            }
+            mUsers.add(engine);
+            return true;
+        }
+    }
+
+    /** A released engine no longer uses this configuration: a pending release is done now. */
+    final void removeUser(ZelTvScanEngine engine) {
+        synchronized (mUseLock) {
+            if (mUsers.remove(engine) && mUsers.isEmpty() && mReleasePending) {
+                mReleasePending = false;
+                releaseNative();
+            }
+        }
+    }
 
     /** Whether the native half exists (it does from construction to {@link #release()}). */
     public boolean isValid() {

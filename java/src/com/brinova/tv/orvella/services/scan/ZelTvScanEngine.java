@@ -14,6 +14,14 @@ import java.util.Objects;
  * events through the {@link Listener}; then {@link #close} and {@link #release}, and release
  * the configuration after that.
  *
+ * <p>Order of release: the native engine refers to its configurations and extensions by
+ * bare address, so the Java side keeps them alive for it. {@link #release()} closes the
+ * builder first when {@link #close()} was not called since the last {@code configure}, so
+ * that the builder never calls into a destroyed engine. A configuration released while an
+ * engine still uses it is released when that engine is ({@link ZelTvScanConfig#release()}).
+ * Native extensions live as long as the process: create an application's extensions once
+ * per engine and reuse them across scans, rather than new ones for every scan.
+ *
  * <p>Every operation answers the native status: {@link #STATUS_OK}, {@link #STATUS_INVALID}
  * (no engine, a bad argument, a refused operation) or {@link #STATUS_FAILED} (the builder
  * refused a cancel or close). The engine keeps the configuration and the extensions it uses
@@ -151,10 +159,16 @@ public class ZelTvScanEngine {
     private volatile Listener mListener;
 
     private final Object mPipeline;
-    // What the native side refers to weakly or by bare address, kept reachable here.
+    // What the native side refers to weakly or by bare address, kept reachable here: every
+    // configuration given to configure (the native engine may keep any of them, even after
+    // a refused configure) until release.
     private final Object mUsedLock = new Object();
-    private ZelTvScanConfig mConfig;
+    private final List<ZelTvScanConfig> mConfigs = new ArrayList<>();
     private final List<ZelTvScanExtension> mExtensions = new ArrayList<>();
+    // Guarded by mUsedLock: configured since the last successful close, and how many
+    // configure calls there were (a close that raced with a configure leaves the flag set).
+    private boolean mMaybeOpen;
+    private long mConfigureCount;
 
     /**
      * Creates an engine for a tuner pipeline object; the library allocates the pipeline's
@@ -202,23 +216,23 @@ public class ZelTvScanEngine {
      * Opens the scan builder for the configuration's standard (or, when it is open already,
      * switches to another configuration) and registers the channel-list reports.
      *
-     * @param config a configuration that has not been released
+     * @param config a configuration that has not been released (nor its release asked for)
      * @param svlId the service list to build, 1 to 1000
      */
     public int configure(ZelTvScanConfig config, int svlId) {
         if (config == null || svlId < 1 || svlId > 1000) {
             return STATUS_INVALID;
         }
-        long nativeConfig = config.getNativeConfig();
-        if (nativeConfig == 0) {
-            return STATUS_INVALID;
-        }
         synchronized (mUsedLock) {
-            int status = nativeConfigure(nativeConfig, svlId);
-            if (status == STATUS_OK) {
-                mConfig = config;
+            if (!isValid() || !config.addUser(this)) {
+                return STATUS_INVALID;
             }
-            return status;
+            if (!mConfigs.contains(config)) {
+                mConfigs.add(config);
+            }
+            mMaybeOpen = true;
+            mConfigureCount++;
+            return nativeConfigure(config.getNativeConfig(), svlId);
         }
     }
 
@@ -264,7 +278,18 @@ public class ZelTvScanEngine {
 
     /** Closes the builder (extensions are detached and stay known to the engine). */
     public int close() {
-        return nativeClose();
+        long configured;
+        synchronized (mUsedLock) {
+            configured = mConfigureCount;
+        }
+        // Not under the lock: closing waits for list callbacks, whose listeners may call in.
+        int status = nativeClose();
+        synchronized (mUsedLock) {
+            if (status == STATUS_OK && configured == mConfigureCount) {
+                mMaybeOpen = false;
+            }
+        }
+        return status;
     }
 
     /** Puts the open builder into monitor mode: list changes keep being reported. */
@@ -277,16 +302,33 @@ public class ZelTvScanEngine {
     }
 
     /**
-     * Ends the engine's event thread and destroys the native engine. Call {@link #close}
-     * first; afterwards every operation answers {@link #STATUS_INVALID}.
+     * Ends the engine's event thread and destroys the native engine; afterwards every
+     * operation answers {@link #STATUS_INVALID}. Closes the builder first unless
+     * {@link #close} succeeded since the last {@link #configure}; then releases the
+     * configurations whose release was waiting for this engine. Must not be called from a
+     * {@link Listener} method.
      */
     public int release() {
+        boolean open;
+        synchronized (mUsedLock) {
+            open = mMaybeOpen;
+            mMaybeOpen = false;
+        }
+        if (open) {
+            nativeClose(); // refused when no builder is open; the release goes on
+        }
         int status = nativeRelease();
-        if (status == STATUS_OK) {
-            synchronized (mUsedLock) {
-                mConfig = null;
-                mExtensions.clear();
-            }
+        if (status != STATUS_OK) {
+            return status;
+        }
+        List<ZelTvScanConfig> used;
+        synchronized (mUsedLock) {
+            used = new ArrayList<>(mConfigs);
+            mConfigs.clear();
+            mExtensions.clear();
+        }
+        for (ZelTvScanConfig config : used) {
+            config.removeUser(this);
         }
         return status;
     }
