@@ -12,6 +12,10 @@ using zelsim::detail::HandleEntry;
 using zelsim::detail::ptrArg;
 using zelsim::detail::Sim;
 
+namespace {
+constexpr HANDLE_T kRefusedHandleJunk = 0x5eed;
+}  // namespace
+
 extern "C" {
 
 void* x_mem_alloc(size_t z_size) {
@@ -77,7 +81,11 @@ int32_t handle_alloc(HANDLE_TYPE_T e_type, void* pv_obj, void* pv_tag, handle_fr
     Sim& sim = Sim::get();
     Call call{"handle_alloc", {e_type, ptrArg(pv_obj), ptrArg(pv_tag), ptrArg(reinterpret_cast<void*>(pf_free))},
               {}, {}, {}};
-    if (auto refused = sim.admit(std::move(call))) return *refused;
+    if (auto refused = sim.admit(std::move(call))) {
+        // A refusing middleware may leave anything in the out parameter.
+        if (ph_handle != nullptr) *ph_handle = kRefusedHandleJunk;
+        return *refused;
+    }
     if (ph_handle == nullptr) return MWR_INV_ARG;
     HANDLE_T h = sim.newHandle();
     {

@@ -29,6 +29,7 @@ std::atomic<bool> gExpectingWarnings{false};
 std::atomic<bool> gInsideWarning{false};
 
 std::mutex gLogLock;
+std::function<void(const LogLine&)> gLogHook;  // guarded by gLogLock
 std::vector<LogLine>& logStore() {
     static std::vector<LogLine> lines;
     return lines;
@@ -41,8 +42,13 @@ void captureLog(const struct __android_logger_data* data, const char* message) {
     if (verbose() || data->priority >= ANDROID_LOG_FATAL) {
         fprintf(stderr, "log %d %s: %s\n", line.priority, line.tag.c_str(), message);
     }
-    std::lock_guard<std::mutex> lock(gLogLock);
-    logStore().push_back(std::move(line));
+    std::function<void(const LogLine&)> hook;
+    {
+        std::lock_guard<std::mutex> lock(gLogLock);
+        logStore().push_back(line);
+        hook = gLogHook;
+    }
+    if (hook) hook(line);
 }
 
 // Every line the VM prints (CheckJNI's warnings among them) comes through here.
@@ -76,6 +82,29 @@ ExpectCheckJniWarnings::ExpectCheckJniWarnings() {
 }
 ExpectCheckJniWarnings::~ExpectCheckJniWarnings() { gExpectingWarnings = false; }
 int ExpectCheckJniWarnings::expected() const { return gExpectedWarnings; }
+
+void Logs::setHook(std::function<void(const LogLine&)> hook) {
+    std::lock_guard<std::mutex> lock(gLogLock);
+    gLogHook = std::move(hook);
+}
+
+std::string functionOf(const std::string& text) {
+    size_t open = text.find('{');
+    if (text.rfind("[INFO ][", 0) == 0 || text.rfind("[ERROR][", 0) == 0) {
+        size_t close = text.find('}', open);
+        return open == std::string::npos || close == std::string::npos
+                   ? ""
+                   : text.substr(open + 1, close - open - 1);
+    }
+    size_t end = text.find("][");
+    return text.empty() || text[0] != '[' || end == std::string::npos ? "" : text.substr(1, end - 1);
+}
+
+std::set<std::string> Logs::functions(const std::string& tag, const std::string& part) {
+    std::set<std::string> out;
+    for (const LogLine& l : containing(tag, part)) out.insert(functionOf(l.text));
+    return out;
+}
 
 void Logs::clear() {
     std::lock_guard<std::mutex> lock(gLogLock);
@@ -207,6 +236,10 @@ void JvmTest::SetUp() {
 }
 
 void JvmTest::TearDown() {
+    Logs::setHook(nullptr);
+    for (const LogLine& l : Logs::lines()) {
+        EXPECT_NE(functionOf(l.text), "operator()") << l.tag << ": " << l.text;
+    }
     EXPECT_FALSE(env_->ExceptionCheck()) << exceptionText(env_);
     zelsim::reset();
     EXPECT_EQ(checkJniWarnings(), warningsAtStart_) << "CheckJNI warned during the test";

@@ -6,7 +6,9 @@
 
 #include <jni.h>
 
+#include <functional>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -52,7 +54,15 @@ public:
     static std::vector<LogLine> starting(const std::string& tag, const std::string& prefix);
     // Lines of this tag whose text contains `part`.
     static std::vector<LogLine> containing(const std::string& tag, const std::string& part);
+    // The function names (functionOf) of the lines of this tag that contain `part`.
+    static std::set<std::string> functions(const std::string& tag, const std::string& part);
+    // Called with every line as it is printed, on the printing thread, until cleared with
+    // null; lets a test act at a given moment of the library's work.
+    static void setHook(std::function<void(const LogLine&)> hook);
 };
+// The function name of a "[function][line]..." line, or of an "[INFO ][line]{function}..."
+// line; empty for a line of neither form.
+std::string functionOf(const std::string& text);
 
 // Properties of the host property store (the log gate reads them on every call).
 void setProperty(const char* key, const char* value);
@@ -74,8 +84,8 @@ jmethodID methodOf(jobject obj, const char* name, const char* sig);
 // Forces a few full collections and finalisation.
 void collectGarbage();
 
-// Base fixture: fresh logs and simulator, all levels logged, and no CheckJNI warning
-// allowed by the end of the test.
+// Base fixture: fresh logs and simulator, all levels logged, and by the end of the test no
+// CheckJNI warning and no line that names a lambda ("operator()") as its function.
 class JvmTest : public ::testing::Test {
 protected:
     void SetUp() override;

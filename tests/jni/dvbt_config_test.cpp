@@ -345,6 +345,51 @@ TEST_F(DvbtConfigTest, SecondSetupReplacesTheFirstAndReleaseDestroysIt) {
     env_->DeleteLocalRef(fre);
 }
 
+// A settings getter that throws on the Java thread: the setup still does its steps with JNI
+// clean, and its Java caller receives the exception when the native returns.
+TEST_F(DvbtConfigTest, SettingsExceptionsReachTheCallerOfSetup) {
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    jmethodID setup = harness::methodOf(
+        config, "nativeSetup", "(Lcom/brinova/tv/orvella/services/scan/ZelTvDvbtScanSettings;)I");
+    jstring nor = env_->NewStringUTF("NOR");
+    jstring nob = env_->NewStringUTF("nob");
+    jobject settings = harness::newObject("com/brinova/tv/orvella/testsupport/ScriptedDvbtSettings",
+                                          "(Ljava/lang/String;Ljava/lang/String;)V", nor, nob);
+    auto setFailure = [&](const char* field, const char* message) {
+        jobject failure = message == nullptr ? nullptr
+                                             : harness::newObject("java/lang/IllegalStateException",
+                                                                  "(Ljava/lang/String;)V",
+                                                                  env_->NewStringUTF(message));
+        env_->SetObjectField(settings,
+                             env_->GetFieldID(env_->GetObjectClass(settings), field,
+                                              "Ljava/lang/RuntimeException;"),
+                             failure);
+    };
+
+    // After the scan type: the block is still filled and stored, with scan type 0.
+    jlong before = scantest::nativeConfigValue(config);
+    setFailure("scanTypeFailure", "no scan type");
+    Logs::clear();
+    EXPECT_EQ(env_->CallIntMethod(config, setup, settings), 0);
+    EXPECT_EQ(harness::exceptionText(env_), "java.lang.IllegalStateException: no scan type");
+    jlong stored = scantest::nativeConfigValue(config);
+    EXPECT_NE(stored, before);
+    SB_DVB_SCAN_DATA_T block = blockOf(scantest::nativeConfig(config));
+    EXPECT_STREQ(block.t_country_code, "NOR");
+    EXPECT_STREQ(block.t_ui_lang, "nob");
+    EXPECT_EQ(block.e_scan_type, 0u);
+    EXPECT_EQ(Logs::containing(kTag, "] un-implement scan type.").size(), 1u);
+    EXPECT_TRUE(Logs::containing(kTag, "Java exception").empty()) << "given to Java, not logged";
+
+    // Of the country: nothing is stored, as for a null country.
+    setFailure("scanTypeFailure", nullptr);
+    setFailure("countryFailure", "no country");
+    EXPECT_EQ(env_->CallIntMethod(config, setup, settings), 0);
+    EXPECT_EQ(harness::exceptionText(env_), "java.lang.IllegalStateException: no country");
+    EXPECT_EQ(scantest::nativeConfigValue(config), stored);
+    EXPECT_EQ(Logs::containing(kTag, "] Get country id failed.").size(), 1u);
+}
+
 using DvbtConfigDeathTest = DvbtConfigTest;
 
 TEST_F(DvbtConfigDeathTest, ScanMapsWithoutAnOutputBufferEndsTheProcess) {

@@ -1,6 +1,7 @@
 // The terrestrial extensions end to end: a scan whose end waits while Java, called on the
 // engine's event thread, reads through the natives and chooses; checked against the keys,
 // key infos, lengths and values the builder received.
+#include <set>
 #include <string>
 #include <vector>
 
@@ -78,6 +79,12 @@ TEST_F(TerrestrialTest, FavouriteNetwork) {
     EXPECT_EQ(out[3], 1);
     EXPECT_EQ(call(fav, "nativeGetFavNetwork", {1}, &out, 3), 0);  // status only
     EXPECT_EQ(call(fav, "nativeSetFavNetwork", {3}, &out, 3), -6);
+    // The natives' lines carry the natives' own names.
+    using Names = std::set<std::string>;
+    EXPECT_EQ(harness::Logs::functions("ZelTvFavNetwork_JNI", "[Set ptFavNetwork FAIL]"),
+              Names{"Java_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork_nativeSetFavNetwork"});
+    EXPECT_EQ(harness::Logs::functions("ZelTvFavNetwork_JNI", "[ui2_nwk_rec_id:"),
+              Names{"Java_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork_nativeGetFavNetwork"});
 
     // One candidate: nothing to choose, and index 0 answers -6.
     load(R"({"scan": [{"end": 1}], "keys": {"nwl": {"handle": 7, "records": [
@@ -236,6 +243,9 @@ TEST_F(TerrestrialTest, TargetRegionSearchKeepsTheLastMatch) {
         std::vector<zelsim::Call> set = keyCalls("x_sb_set", SB_KEY_TYPE_SET_REGION);
         EXPECT_EQ(set.empty() ? std::vector<uint8_t>{} : set[0].bytes, c.sent) << c.key[0];
     }
+    EXPECT_EQ(harness::Logs::functions("ZelTvTargetRegion_JNI", "[Set ptTargetRegion"),
+              std::set<std::string>{
+                  "Java_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion_nativeSetTargetRegion"});
 }
 
 TEST_F(TerrestrialTest, NameSortingListGoesToTheBuilderAtAttach) {
@@ -290,6 +300,9 @@ TEST_F(TerrestrialTest, NameSortingListGoesToTheBuilderAtAttach) {
     sets = attach();
     ASSERT_EQ(sets.size(), 1u);
     EXPECT_EQ(sets[0].args[4], 0);
+    EXPECT_EQ(harness::Logs::functions("ZelTvNameSorting_JNI", "[length:"),
+              std::set<std::string>{
+                  "Java_com_brinova_tv_orvella_scan_ZelTvNameSorting_nativeSetNameList"});
 }
 
 }  // namespace

@@ -189,6 +189,16 @@ TEST_F(ScanEngineTest, WholeScanFromSetupToRelease) {
                   zelsim::listRegistrations("nwl"),
               0u);
     EXPECT_EQ(e.state(), JScanEngine::STATE_NO_BUILDER);
+    // Lines written by shared steps name the function they run for.
+    using Names = std::set<std::string>;
+    EXPECT_EQ(Logs::functions(kEngineTag, "ui2_svl_id = 3, ui4_nfy_count = 3"),
+              Names{"native_sb_eng_svl_every_nfy_fct"});
+    EXPECT_EQ(Logs::functions(kEngineTag, "eventType=1, eventRecord="),
+              Names{"native_sb_eng_svl_every_nfy_fct"});
+    EXPECT_EQ(Logs::functions(kEngineTag, "mListExtension is empty."),
+              (Names{"start", "sbEventThreadLoop", "close"}));
+    EXPECT_EQ(Logs::functions(kEngineTag, "OK.ScanEngine="), Names{"close"});
+    EXPECT_EQ(Logs::functions(kEngineTag, "progress = "), Names{"sbEventThreadLoop"});
 
     // After release the native side holds no reference: engine and pipeline can go.
     jobject weakEngine = newWeak(e.object);
@@ -204,6 +214,7 @@ TEST_F(ScanEngineTest, WholeScanFromSetupToRelease) {
     EXPECT_EQ(lastCall("x_handle_free").args[0], pipeline);
     EXPECT_EQ(zelsim::liveHandles(), handlesBefore);
     EXPECT_EQ(Logs::containing(kEngineTag, "]release success.").size(), 1u);
+    EXPECT_EQ(Logs::functions(kEngineTag, "start native release."), Names{"native_release"});
 }
 
 TEST_F(ScanEngineTest, ProgressIsComputedPerBuilder) {
@@ -536,6 +547,130 @@ TEST_F(ScanEngineTest, MonitorForwardsListChangesThatPassTheFilter) {
     scantest::setCheckResult(config, 1);
     EXPECT_EQ(e.native("nativeStartMonitor"), -22);
     EXPECT_EQ(Logs::count(ANDROID_LOG_ERROR, kEngineTag, "startMonitor failed, return err = 0xffffffda"), 1);
+    finish(e);
+}
+
+// Released without a close, the engine's destructor gives the list registrations up in its
+// own words.
+TEST_F(ScanEngineTest, DestructorReleasesTheListsInItsOwnWords) {
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    Engine e = Engine::create();
+    ASSERT_EQ(e.configure(config, 1), 0);
+    zelsim::failNext("c_tsl_unreg_every_notify", -1);
+    Logs::clear();
+    ASSERT_EQ(e.native("nativeRelease"), 0);
+    ASSERT_TRUE(scantest::eventually(
+        [] { return Logs::containing(kEngineTag, "]release success.").size() == 1; }));
+    using Names = std::set<std::string>;
+    EXPECT_EQ(Logs::functions(kEngineTag, "]unreg SVL OK."), Names{"~JScanEngine"});
+    size_t done = 0;
+    for (const harness::LogLine& l : Logs::containing(kEngineTag, "]unreg SVL OK.")) {
+        done += l.text.size() >= 14 && l.text.compare(l.text.size() - 14, 14, "]unreg SVL OK.") == 0;
+    }
+    EXPECT_EQ(done, 3u) << "one line for each list";
+    EXPECT_EQ(Logs::functions(kEngineTag, "]x_tsl_unreg_every_notify fail."), Names{"~JScanEngine"});
+    EXPECT_TRUE(Logs::containing(kEngineTag, "OK.ScanEngine=").empty()) << "close's words";
+    EXPECT_EQ(zelsim::listRegistrations("svl") + zelsim::listRegistrations("nwl"), 0u);
+}
+
+// Exit polls: a sleep before each look at the thread, at most ten, and the count logged.
+TEST_F(ScanEngineTest, ReleaseSleepsBeforeEachLookAtTheEventThread) {
+    load(R"({"scan": [{"wait": "hold"}]})");
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    // The thread gone before the first look still costs one sleep.
+    Engine quick = Engine::create();
+    ASSERT_TRUE(scantest::eventually(
+        [] { return !Logs::containing(kEngineTag, "]wait mSbEventSem").empty(); }));
+    Logs::setHook([](const harness::LogLine& l) {
+        if (l.text.find("]send event to exit mSbEventThread.") == std::string::npos ||
+            l.text.find("retryTimes") != std::string::npos) {
+            return;
+        }
+        scantest::eventually(
+            [] { return !Logs::containing(kEngineTag, "]exit mSbEventThread").empty(); });
+    });
+    ASSERT_EQ(quick.native("nativeRelease"), 0);
+    Logs::setHook(nullptr);
+    ASSERT_FALSE(Logs::containing(kEngineTag, "]exit mSbEventThread").empty());
+    EXPECT_EQ(Logs::containing(kEngineTag, "]send event to exit mSbEventThread.retryTimes=1").size(), 1u);
+
+    // A thread held in Java is looked at ten times; release returns without it.
+    Engine held = Engine::create();
+    HANDLE_T builder = startHeldScan(held, config);
+    jobject gate = closeGate(held);
+    zelsim::runScanNotify(builder, 16, 1);
+    ASSERT_TRUE(scantest::eventually(
+        [] { return !Logs::containing(kEngineTag, "SB_REASON_FREQ_REPORT").empty(); }));
+    Logs::clear();
+    ASSERT_EQ(held.native("nativeRelease"), 0);
+    EXPECT_EQ(Logs::containing(kEngineTag, "]send event to exit mSbEventThread.retryTimes=10").size(), 1u);
+    EXPECT_TRUE(Logs::containing(kEngineTag, "]exit mSbEventThread").empty());
+    openGate(gate);
+    EXPECT_TRUE(scantest::eventually(
+        [] { return Logs::containing(kEngineTag, "]release success.").size() == 1; }));
+    zelsim::release("hold");
+}
+
+// The queue frees its storage a block of 64 events at a time, and says so then, not when it
+// merely runs empty.
+TEST_F(ScanEngineTest, RemovalIsLoggedWhenAQueueBlockIsFreed) {
+    load(R"({"scan": [{"wait": "hold"}]})");
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    Engine e = Engine::create();
+    HANDLE_T builder = startHeldScan(e, config);
+    jobject gate = closeGate(e);
+    for (uint32_t f = 1; f <= 3; ++f) zelsim::runScanNotify(builder, 16, f);
+    openGate(gate);
+    ASSERT_TRUE(e.awaitCount(3));
+    EXPECT_TRUE(Logs::containing(kEngineTag, "Remove the processed event from queue.").empty());
+
+    // Three events went: the first block frees at its 64th, one more event from here.
+    gate = closeGate(e);
+    for (uint32_t f = 4; f <= 70; ++f) zelsim::runScanNotify(builder, 16, f);
+    Logs::clear();
+    openGate(gate);
+    ASSERT_TRUE(e.awaitCount(70));
+    std::vector<std::string> order;
+    for (const harness::LogLine& l : Logs::lines()) {
+        if (l.text.find("Remove the processed event") != std::string::npos) order.push_back("removed");
+        if (l.text.find("ui4_nfy_reason = 0x10, data=0x") != std::string::npos &&
+            harness::functionOf(l.text) == "sbEventThreadLoop") {
+            order.push_back(l.text.substr(l.text.find("data=")));
+        }
+    }
+    auto removed = std::find(order.begin(), order.end(), "removed");
+    ASSERT_NE(removed, order.end());
+    EXPECT_EQ(*(removed - 1), "data=0x40") << "the 64th event freed the first block";
+    EXPECT_EQ(std::count(order.begin(), order.end(), "removed"), 1);
+    zelsim::release("hold");
+    finish(e);
+}
+
+using ScanEngineDeathTest = ScanEngineTest;
+
+// A list callback that cannot get its memory ends the process at its own line, not at one
+// of a helper shared by the three lists.
+TEST_F(ScanEngineDeathTest, ListCallbacksAssertAtTheirOwnLines) {
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    Engine e = Engine::create();
+    ASSERT_EQ(e.configure(config, 2), 0);
+    SVL_EVERY_NTF_EVT change{1, 7};
+    auto assertion = [&](const char* registration) {
+        zelsim::Call reg = lastCall(registration);
+        auto notify = reinterpret_cast<svl_every_nfy_fct>(static_cast<uintptr_t>(reg.args[2]));
+        void* tag = reinterpret_cast<void*>(static_cast<uintptr_t>(reg.args[3]));
+        return scantest::assertionIn([&] {
+            zelsim::failNext("x_mem_alloc", -1);
+            notify(2, 1, &change, tag);
+        });
+    };
+    std::string svl = assertion("c_svl_register_every_notify");
+    std::string tsl = assertion("c_tsl_register_every_notify");
+    const std::string prefix =
+        "cond=<!(eventType != __null)> msg=<com_brinova_tv_orvella_scan_ScanEngine FATAL Error at :";
+    ASSERT_EQ(svl.compare(0, prefix.size(), prefix), 0) << svl;
+    ASSERT_EQ(tsl.compare(0, prefix.size(), prefix), 0) << tsl;
+    EXPECT_NE(svl, tsl) << "both lists report the same line";
     finish(e);
 }
 

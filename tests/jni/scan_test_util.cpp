@@ -1,5 +1,8 @@
 #include "scan_test_util.h"
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 namespace scantest {
@@ -123,6 +126,26 @@ int lastOutputLength(jobject config) {
 bool threadAttached() {
     JNIEnv* e = nullptr;
     return harness::vm()->GetEnv(reinterpret_cast<void**>(&e), JNI_VERSION_1_4) == JNI_OK;
+}
+
+std::string assertionIn(const std::function<void()>& fatal) {
+    int fds[2];
+    if (pipe(fds) != 0) return "";
+    pid_t child = fork();
+    if (child == 0) {
+        close(fds[0]);
+        dup2(fds[1], STDERR_FILENO);
+        fatal();
+        _exit(0);
+    }
+    close(fds[1]);
+    std::string printed;
+    char buf[512];
+    for (ssize_t n; (n = read(fds[0], buf, sizeof(buf))) > 0;) printed.append(buf, n);
+    close(fds[0]);
+    waitpid(child, nullptr, 0);
+    size_t at = printed.find("cond=<");
+    return at == std::string::npos ? "" : printed.substr(at, printed.find('\n', at) - at);
 }
 
 }  // namespace scantest

@@ -2,6 +2,7 @@
 #ifndef ORVELLA_TESTS_SCAN_TEST_UTIL_H
 #define ORVELLA_TESTS_SCAN_TEST_UTIL_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,10 @@ void setAnswer(jobject config, const std::vector<int>& answer);
 void setCheckResult(jobject config, int result);
 std::vector<int> lastInput(jobject config);
 int lastOutputLength(jobject config);
+
+// Runs `fatal` in a child process and returns what its assertion printed, from "cond=<" to
+// the end of the line; empty when the child ended without asserting.
+std::string assertionIn(const std::function<void()>& fatal);
 
 // Whether the calling thread is attached to the VM.
 bool threadAttached();

@@ -1,6 +1,5 @@
-// The machinery every scan extension's Java peer shares.
-#define LOG_TAG "ZelTvScanExtension_JNI"
-#define SCAN_SOURCE_NAME "ScanExtensionCommon"
+// The machinery every scan extension's Java peer shares. Lines and assertions report the
+// site their caller passed in; this file has no tag or source name of its own.
 
 #include "ScanExtensionCommon.h"
 
@@ -12,67 +11,37 @@ jint extensionHandleOf(JINativeScanExtension* extension) {
     return static_cast<jint>(reinterpret_cast<uintptr_t>(extension));
 }
 
-void ExtensionJavaRefs::take(JNIEnv* env, jobject thiz, const void* extension,
-                             const char* className, CreateLog createLog, const ScanSite& site) {
-    BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag, "%s", className);
-    jclass clazz = env->GetObjectClass(thiz);
-    if (clazz == nullptr) {
-        scanFatal(site, "!(clazz != __null)", __LINE__);
-    }
-    mClass = static_cast<jclass>(env->NewGlobalRef(clazz));
-    mObject = env->NewWeakGlobalRef(thiz);
-    env->DeleteLocalRef(clazz);
+void ExtensionPeer::take(JavaPeerRefs& refs, JNIEnv* env, jobject thiz, const void* extension,
+                         const char* className, CreateLog createLog, const ScanSite& site) {
+    SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "%s", className);
+    refs.take(env, thiz, site);
     if (createLog == CreateLog::kWithPointers) {
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag,
-                   "native config create instance, this: %p, thiz: %p, mObject: %p", extension,
-                   thiz, mObject);
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG,
+                 "native config create instance, this: %p, thiz: %p, mObject: %p", extension,
+                 thiz, refs.object());
     } else {
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag, "native config create instance");
-    }
-}
-
-void ExtensionJavaRefs::release(JNIEnv* env) {
-    if (mObject != nullptr) {
-        env->DeleteWeakGlobalRef(mObject);
-        mObject = nullptr;
-    }
-    if (mClass != nullptr) {
-        env->DeleteGlobalRef(mClass);
-        mClass = nullptr;
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "native config create instance");
     }
 }
 
 ExtensionPeer::ExtensionPeer(JNIEnv* env, jobject thiz, const void* extension,
-                             const char* className, const ScanSite& site,
-                             ExtensionJavaRefs::CreateLog createLog)
+                             const char* className, const ScanSite& site, CreateLog createLog)
     : mCreatingEnv(env) {
-    mRefs.take(env, thiz, extension, className, createLog, site);
+    take(mRefs, env, thiz, extension, className, createLog, site);
 }
 
 ExtensionPeer::~ExtensionPeer() { mRefs.release(mCreatingEnv); }
 
-JniEnvAttacher::JniEnvAttacher() { mEnv = getOrAttachEnv(&mAttached); }
-
-JniEnvAttacher::~JniEnvAttacher() {
-    if (mAttached) {
-        javaVM->DetachCurrentThread();
-    }
-}
-
-jsize checkExtensionArray(JNIEnv* env, jintArray array, jsize limit, const NativeSite& site) {
+jsize checkExtensionArray(JNIEnv* env, jintArray array, jsize limit, const ScanSite& site) {
     // A null array counts as an empty one rather than taking the process down.
     jsize length = array != nullptr ? env->GetArrayLength(array) : 0;
     if (length > limit) {
         // "not enough" although the array is too long: the wording is kept as it always was.
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag,
-                   "[ERROR][%d]{%s}(jni GET type length is not enough)\n", site.line,
-                   site.function);
+        SITE_XLOGE(site, "(jni GET type length is not enough)\n");
         return -1;
     }
     if (length < 1) {
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag,
-                   "[ERROR][%d]{%s}(jni size of GET type array should be bigger than ZERO)\n",
-                   site.line, site.function);
+        SITE_XLOGE(site, "(jni size of GET type array should be bigger than ZERO)\n");
         return -1;
     }
     return length;
@@ -96,14 +65,14 @@ void callJavaCallbacks(jobject object, std::initializer_list<jmethodID> callback
     }
     for (jmethodID callback : callbacks) {
         env->CallVoidMethod(object, callback);
-        clearJavaException(env, site, "extension callback");
+        checkJavaException(env, site, "extension callback");
     }
 }
 
 int registerExtensionClass(JNIEnv* env, const char* className, const JNINativeMethod* methods,
                            int count, const MethodSpec* callbacks, size_t callbackCount,
-                           const ScanSite& site, const char* functionName) {
-    std::string okMessage = std::string(functionName) + " OK.";
+                           const ScanSite& site) {
+    std::string okMessage = std::string(site.function) + " OK.";
     return registerClass(env, className, methods, count, callbacks, callbackCount, site,
                          okMessage.c_str());
 }

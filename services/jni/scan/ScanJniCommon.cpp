@@ -1,6 +1,5 @@
-#define LOG_TAG "Orvella_onLoad_scan"
-#define SCAN_SOURCE_NAME "ScanJniCommon"
-
+// What every class of the scan library shares. Every line and assertion here reports the
+// site its caller passed in; this file has no tag or source name of its own.
 #include "ScanJniCommon.h"
 
 #include <stdlib.h>
@@ -9,8 +8,8 @@
 
 namespace android {
 
-void scanFatal(const ScanSite& site, const char* condText, int line) {
-    __android_log_assert(condText, site.tag, "%s FATAL Error at :%d", site.source, line);
+void scanFatal(const ScanSite& site, const char* condText) {
+    __android_log_assert(condText, site.tag, "%s FATAL Error at :%d", site.source, site.line);
     abort();  // not reached: __android_log_assert aborts
 }
 
@@ -34,10 +33,8 @@ JNIEnv* getOrAttachEnv(bool* attachedHere) {
 ScopedJniThread::ScopedJniThread(const ScanSite& site, Names names) : mSite(site), mNames(names) {
     mEnv = getOrAttachEnv(&mAttached);
     if (mEnv == nullptr && javaVM != nullptr) {
-        scanFatal(mSite,
-                  mNames == kSts ? "!((sts == (0)) && (env != __null))"
-                                 : "!((ret == (0)) && (env != __null))",
-                  __LINE__);
+        scanFatal(mSite, mNames == kSts ? "!((sts == (0)) && (env != __null))"
+                                        : "!((ret == (0)) && (env != __null))");
     }
 }
 
@@ -46,18 +43,82 @@ ScopedJniThread::~ScopedJniThread() {
         return;
     }
     if (javaVM->DetachCurrentThread() != JNI_OK) {
-        scanFatal(mSite, mNames == kSts ? "!(sts == (0))" : "!(ret == (0))", __LINE__);
+        scanFatal(mSite, mNames == kSts ? "!(sts == (0))" : "!(ret == (0))");
     }
 }
 
-bool clearJavaException(JNIEnv* env, const ScanSite& site, const char* what) {
+ScanEnvAttacher::ScanEnvAttacher() { mEnv = getOrAttachEnv(&mAttached); }
+
+ScanEnvAttacher::~ScanEnvAttacher() {
+    if (mAttached) {
+        javaVM->DetachCurrentThread();
+    }
+}
+
+namespace {
+// The innermost native scope open on this thread.
+thread_local JavaCallerScope* tCallerScope = nullptr;
+}  // namespace
+
+JavaCallerScope::JavaCallerScope(JNIEnv* env) : mEnv(env), mOuter(tCallerScope) {
+    tCallerScope = this;
+}
+
+JavaCallerScope::~JavaCallerScope() {
+    tCallerScope = mOuter;
+    if (mKept != nullptr) {
+        // Nothing calls JNI after this but deletes, which an exception may be pending for.
+        mEnv->Throw(mKept);
+        mEnv->DeleteLocalRef(mKept);
+    }
+}
+
+JavaCallerScope* JavaCallerScope::current(JNIEnv* env) {
+    return tCallerScope != nullptr && tCallerScope->mEnv == env ? tCallerScope : nullptr;
+}
+
+bool JavaCallerScope::keepPending() {
+    if (mKept != nullptr) {
+        return false;
+    }
+    mKept = mEnv->ExceptionOccurred();
+    mEnv->ExceptionClear();
+    return true;
+}
+
+bool checkJavaException(JNIEnv* env, const ScanSite& site, const char* what) {
     if (!env->ExceptionCheck()) {
         return false;
     }
-    BLOG_PRINT(BRINOVA_LOG_ERROR, site.tag, "Java exception in %s, cleared", what);
+    JavaCallerScope* scope = JavaCallerScope::current(env);
+    if (scope != nullptr && scope->keepPending()) {
+        return true;
+    }
+    SITE_LOG_RAW(site, BRINOVA_LOG_ERROR, "Java exception in %s, cleared", what);
     env->ExceptionDescribe();  // prints and clears
     env->ExceptionClear();
     return true;
+}
+
+void JavaPeerRefs::take(JNIEnv* env, jobject obj, const ScanSite& site) {
+    jclass clazz = env->GetObjectClass(obj);
+    if (clazz == nullptr) {
+        scanFatal(site, "!(clazz != __null)");
+    }
+    mClass = static_cast<jclass>(env->NewGlobalRef(clazz));
+    mObject = env->NewWeakGlobalRef(obj);
+    env->DeleteLocalRef(clazz);
+}
+
+void JavaPeerRefs::release(JNIEnv* env) {
+    if (mObject != nullptr) {
+        env->DeleteWeakGlobalRef(mObject);
+        mObject = nullptr;
+    }
+    if (mClass != nullptr) {
+        env->DeleteGlobalRef(mClass);
+        mClass = nullptr;
+    }
 }
 
 void cacheMethods(JNIEnv* env, jclass clazz, const MethodSpec* specs, size_t count,
@@ -65,7 +126,7 @@ void cacheMethods(JNIEnv* env, jclass clazz, const MethodSpec* specs, size_t cou
     for (size_t i = 0; i < count; ++i) {
         *specs[i].slot = env->GetMethodID(clazz, specs[i].name, specs[i].signature);
         if (*specs[i].slot == nullptr) {
-            scanFatal(site, specs[i].assertText, __LINE__);
+            scanFatal(site, specs[i].assertText);
         }
     }
 }
@@ -74,11 +135,11 @@ int registerClass(JNIEnv* env, const char* className, const JNINativeMethod* met
                   const MethodSpec* specs, size_t specCount, const ScanSite& site,
                   const char* okMessage) {
     if (registerNativeMethods(env, className, methods, count) < 0) {
-        BLOG_PRINT(BRINOVA_LOG_ERROR, site.tag, "Failed to register tuner native methods");
+        SITE_LOG_RAW(site, BRINOVA_LOG_ERROR, "Failed to register tuner native methods");
         return 0;
     }
     if (okMessage != nullptr) {
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag, "%s", okMessage);
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "%s", okMessage);
     }
     cacheClassMethods(env, className, specs, specCount, site);
     return 1;
@@ -88,7 +149,7 @@ void cacheClassMethods(JNIEnv* env, const char* className, const MethodSpec* spe
                        size_t count, const ScanSite& site) {
     ScopedLocalRef<jclass> clazz(env, env->FindClass(className));
     if (clazz.get() == nullptr) {
-        scanFatal(site, "!(clazz.get() != __null)", __LINE__);
+        scanFatal(site, "!(clazz.get() != __null)");
     }
     cacheMethods(env, clazz.get(), specs, count, site);
 }

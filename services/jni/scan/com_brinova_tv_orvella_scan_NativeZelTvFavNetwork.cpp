@@ -119,8 +119,8 @@ void NativeZelTvFavNetwork::onScanComplete(int) {
 
 jint NativeZelTvFavNetwork::getFavNetwork(IntArrayCall<kExtensionArrayLimit>& call) {
     uint16_t index = static_cast<uint16_t>(call[kIndex]);
-    BLOGD("[Get ptFavNetwork:%d][ui2_network_idx:%d]\n", call.handle(), index);
-    BLOGD_RAW("{DVBT}_dvbt_ui_op_need_before_scan_end_NOR_get_fav_nwk:ui2_network_num[%d], "
+    SITE_LOGD(call.site(), "[Get ptFavNetwork:%d][ui2_network_idx:%d]\n", call.handle(), index);
+    SITE_LOG_RAW(call.site(), BRINOVA_LOG_DEBUG, "{DVBT}_dvbt_ui_op_need_before_scan_end_NOR_get_fav_nwk:ui2_network_num[%d], "
               "ui2_network_idx:%d\n",
               mCandidateCount, index);
     // Index 0 rebuilds the table, so a reader starting over sees the builder's current list.
@@ -132,21 +132,21 @@ jint NativeZelTvFavNetwork::getFavNetwork(IntArrayCall<kExtensionArrayLimit>& ca
     }
     FavNetworkCandidate candidate;
     x_memcpy(&candidate, &mCandidates[index], sizeof(candidate));
-    BLOGD("[ui2_nwk_rec_id:%d]\n", candidate.ui2_nwk_rec_id);
+    SITE_LOGD(call.site(), "[ui2_nwk_rec_id:%d]\n", candidate.ui2_nwk_rec_id);
     putNameElements(call, kName, candidate.ac_name, sizeof(candidate.ac_name), kNameMaxElements);
     return 0;
 }
 
 jint NativeZelTvFavNetwork::setFavNetwork(IntArrayCall<kExtensionArrayLimit>& call) {
     uint16_t index = static_cast<uint16_t>(call[kIndex]);
-    BLOGD("[Set ptFavNetwork:%d][ui2_network_idx:%d]\n", call.handle(), index);
+    SITE_LOGD(call.site(), "[Set ptFavNetwork:%d][ui2_network_idx:%d]\n", call.handle(), index);
     if (index < mCandidateCount &&
         x_sb_set(mBuilderHandle, SB_KEY_TYPE_FAV_NWL_REC_ID, nullptr, sizeof(uint16_t),
                  keyValue(mCandidates[index].ui2_nwk_rec_id)) == MWR_OK) {
-        BLOGD("[Set ptFavNetwork OK]\n");
+        SITE_LOGD(call.site(), "[Set ptFavNetwork OK]\n");
         return 0;
     }
-    BLOGD("[Set ptFavNetwork FAIL]\n");
+    SITE_LOGD(call.site(), "[Set ptFavNetwork FAIL]\n");
     return kExtensionFailed;
 }
 
@@ -156,19 +156,19 @@ using namespace android;
 
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork_nativeSetup(
     JNIEnv* env, jobject thiz, jintArray array) {
-    return setupExtension<NativeZelTvFavNetwork>(env, thiz, array, NATIVE_SITE);
+    return setupExtension<NativeZelTvFavNetwork>(env, thiz, array, SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork_nativeGetFavNetwork(JNIEnv* env, jobject,
                                                                          jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE, &NativeZelTvFavNetwork::getFavNetwork);
+    return extensionCall(env, array, SCAN_SITE, &NativeZelTvFavNetwork::getFavNetwork);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork_nativeSetFavNetwork(JNIEnv* env, jobject,
                                                                          jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE, &NativeZelTvFavNetwork::setFavNetwork);
+    return extensionCall(env, array, SCAN_SITE, &NativeZelTvFavNetwork::setFavNetwork);
 }
 
 namespace {
@@ -190,5 +190,5 @@ const MethodSpec gCallbacks[] = {
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork(JNIEnv* env) {
     return registerExtensionClass(env, kFavNetworkClass, gMethods, tableSize(gMethods), gCallbacks,
-                                  std::size(gCallbacks), SCAN_SITE, __func__);
+                                  std::size(gCallbacks), SCAN_SITE);
 }

@@ -26,7 +26,7 @@ class NativeZelTvLcnConflict : public JINativeScanExtension {
 public:
     NativeZelTvLcnConflict(JNIEnv* env, jobject thiz)
         : mPeer(env, thiz, this, "NativeZelTvLcnConflict", SCAN_SITE,
-                ExtensionJavaRefs::CreateLog::kBare) {}
+                ExtensionPeer::CreateLog::kBare) {}
 
     int attach(unsigned int builderHandle) override {
         mBuilderHandle = builderHandle;
@@ -170,41 +170,41 @@ using namespace android;
 
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict_nativeSetup(
     JNIEnv* env, jobject thiz, jintArray array) {
-    return setupExtension<NativeZelTvLcnConflict, kLcnArrayLimit>(env, thiz, array, NATIVE_SITE);
+    return setupExtension<NativeZelTvLcnConflict, kLcnArrayLimit>(env, thiz, array, SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict_nativeGetLcnConflict(JNIEnv* env, jobject,
                                                                            jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnConflict::_dvbt_ui_op_need_before_scan_end_ITA_get_grp);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict_nativeGetLcnGarbageInfo(JNIEnv* env, jobject,
                                                                               jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnConflict::_dvbt_ITA_get_garbage_info);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict_nativeGetServiceLcnInfo(JNIEnv* env, jobject,
                                                                               jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnConflict::_dvbt_ITA_get_svc_lcn_info_by_idx);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict_nativeSetGarbageInfo(JNIEnv* env, jobject,
                                                                            jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnConflict::_dvbt_ITA_set_garbage_info);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict_nativeSetSvcLcnInfo(JNIEnv* env, jobject,
                                                                           jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnConflict::_dvbt_ITA_set_svc_lcn_info);
 }
 
@@ -234,5 +234,5 @@ const MethodSpec gCallbacks[] = {
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict(JNIEnv* env) {
     return registerExtensionClass(env, kLcnConflictClass, gMethods, tableSize(gMethods),
-                                  gCallbacks, std::size(gCallbacks), SCAN_SITE, __func__);
+                                  gCallbacks, std::size(gCallbacks), SCAN_SITE);
 }

@@ -115,7 +115,7 @@ jint NativeZelTvLcnV2ChList::_ui_op_need_before_scan_end_LCNv2_set_ch_list(ChLis
 jint NativeZelTvLcnV2ChList::setSelectedLcnV2ChListId(ChListCall& call) {
     mPreselectedId = static_cast<uint8_t>(call[kIndexOrId]);
     mPreselected = 1;
-    BLOGD("[id:%d]\n", mPreselectedId);
+    SITE_LOGD(call.site(), "[id:%d]\n", mPreselectedId);
     return 0;
 }
 
@@ -126,27 +126,27 @@ using namespace android;
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList_nativeSetup(JNIEnv* env, jobject thiz,
                                                                         jintArray array) {
-    return setupExtension<NativeZelTvLcnV2ChList>(env, thiz, array, NATIVE_SITE);
+    return setupExtension<NativeZelTvLcnV2ChList>(env, thiz, array, SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList_nativeGetLcnV2ChList(
     JNIEnv* env, jobject, jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnV2ChList::_ui_op_need_before_scan_end_LCNv2_get_ch_list);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList_nativeSetLcnV2ChListId(
     JNIEnv* env, jobject, jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnV2ChList::_ui_op_need_before_scan_end_LCNv2_set_ch_list);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList_nativeSetSelectedLcnV2ChListId(
     JNIEnv* env, jobject, jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                            &NativeZelTvLcnV2ChList::setSelectedLcnV2ChListId);
 }
 
@@ -174,5 +174,5 @@ const MethodSpec gCallbacks[] = {
 
 int register_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList(JNIEnv* env) {
     return registerExtensionClass(env, kLcnV2Class, gMethods, tableSize(gMethods), gCallbacks,
-                                  std::size(gCallbacks), SCAN_SITE, __func__);
+                                  std::size(gCallbacks), SCAN_SITE);
 }

@@ -24,8 +24,8 @@ enum : size_t { kTotal = 2, kIndex = 3, kValue = 4, kLength = 5, kName = 6 };
 class NativeZelTvNameSorting : public JINativeScanExtension {
 public:
     NativeZelTvNameSorting(JNIEnv* env, jobject thiz) {
-        mRefs.take(env, thiz, this, "NativeZelTvNameSorting",
-                   ExtensionJavaRefs::CreateLog::kWithPointers, SCAN_SITE);
+        ExtensionPeer::take(mRefs, env, thiz, this, "NativeZelTvNameSorting",
+                            ExtensionPeer::CreateLog::kWithPointers, SCAN_SITE);
     }
 
     int attach(unsigned int builderHandle) override {
@@ -45,7 +45,7 @@ protected:
     // Never reached in practice (nothing owns the object), but correct from any thread: it
     // keeps no creating environment and attaches the thread it runs on.
     ~NativeZelTvNameSorting() override {
-        JniEnvAttacher attacher;
+        ScanEnvAttacher attacher;
         jobject object = mRefs.object();
         if (attacher.env() != nullptr) {
             mRefs.release(attacher.env());
@@ -64,7 +64,7 @@ private:
     uint32_t mBuilderHandle = 0;
     uint32_t mEntryCount = 0;
     SB_NAME_SORTING_ENTRY_T* mEntries = nullptr;
-    ExtensionJavaRefs mRefs;
+    JavaPeerRefs mRefs;
 };
 
 void NativeZelTvNameSorting::_dvbt_set_name_sorting_info() {
@@ -92,13 +92,13 @@ jint NativeZelTvNameSorting::setNameList(NameSortingCall& call) {
     // The length is a byte (300 means 44) of which at most 64 count.
     size_t length = static_cast<uint8_t>(call[kLength]);
     if (length > SB_NAME_SORTING_NAME_MAX) length = SB_NAME_SORTING_NAME_MAX;
-    BLOGD("[length:%d]\n", static_cast<int>(length));
+    SITE_LOGD(call.site(), "[length:%d]\n", static_cast<int>(length));
     for (size_t i = 0; i < length; ++i) {
         entry.ac_name[i] = static_cast<char>(call[kName + i]);
-        BLOGD("[%d,%d]\n", static_cast<int>(i), static_cast<uint8_t>(entry.ac_name[i]));
+        SITE_LOGD(call.site(), "[%d,%d]\n", static_cast<int>(i), static_cast<uint8_t>(entry.ac_name[i]));
     }
     entry.ac_name[length] = '\0';
-    BLOGD("[%d, %s]\n", entry.ui2_value, entry.ac_name);
+    SITE_LOGD(call.site(), "[%d, %s]\n", entry.ui2_value, entry.ac_name);
 
     const uint16_t index = static_cast<uint16_t>(call[kIndex]);
     if (index == 0) {
@@ -129,12 +129,12 @@ using namespace android;
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvNameSorting_nativeSetup(
     JNIEnv* env, jobject thiz, jintArray array) {
     return setupExtension<NativeZelTvNameSorting, kNameSortingArrayLimit>(env, thiz, array,
-                                                                          NATIVE_SITE);
+                                                                          SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvNameSorting_nativeSetNameList(
     JNIEnv* env, jobject, jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE, &NativeZelTvNameSorting::setNameList);
+    return extensionCall(env, array, SCAN_SITE, &NativeZelTvNameSorting::setNameList);
 }
 
 namespace {
@@ -151,5 +151,5 @@ const JNINativeMethod gMethods[] = {
 int register_com_brinova_tv_orvella_scan_ZelTvNameSorting(JNIEnv* env) {
     // No callbacks: the class is only looked up again.
     return registerExtensionClass(env, kNameSortingClass, gMethods, tableSize(gMethods), nullptr, 0,
-                                  SCAN_SITE, __func__);
+                                  SCAN_SITE);
 }

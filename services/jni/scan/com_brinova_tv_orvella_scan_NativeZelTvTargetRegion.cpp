@@ -119,13 +119,13 @@ void NativeZelTvTargetRegion::onScanComplete(int) {
 // [2] region index in; [3] level, [4] to [6] codes, [7] onward the name out.
 jint NativeZelTvTargetRegion::getTargetRegion(RegionCall& call) {
     const uint16_t index = static_cast<uint16_t>(call[kIndex]);
-    BLOGD("[Get ptTargetRegion:%d][ui2_region_idx:%d]\n", call.handle(), index);
-    BLOGD_RAW("{DVBT}_dvbt_ui_op_need_before_scan_end_UK_get_region:ui2_region_num[%d], "
+    SITE_LOGD(call.site(), "[Get ptTargetRegion:%d][ui2_region_idx:%d]\n", call.handle(), index);
+    SITE_LOG_RAW(call.site(), BRINOVA_LOG_DEBUG, "{DVBT}_dvbt_ui_op_need_before_scan_end_UK_get_region:ui2_region_num[%d], "
               "ui2_region_idx:%d\n",
               mRegionCount, index);
     // Index 0 fetches the table again, so a reader starting over sees the builder's own.
     if (index == 0 && !_dvbt_ui_op_need_before_scan_end_UK()) {
-        BLOGD_RAW("{DVBT}_dvbt_ui_op_need_before_scan_end_UK return FALSE\n");
+        SITE_LOG_RAW(call.site(), BRINOVA_LOG_DEBUG, "{DVBT}_dvbt_ui_op_need_before_scan_end_UK return FALSE\n");
         return kExtensionFailed;
     }
     if (index >= mRegionCount) {
@@ -134,7 +134,7 @@ jint NativeZelTvTargetRegion::getTargetRegion(RegionCall& call) {
     SB_REGION_REC_T region;
     x_memcpy(&region, &mRegions[index], sizeof(region));
     const SB_REGION_KEY_T& key = region.t_key;
-    BLOGD("[ui1_level:%d][code_0:%d][code_1:%d][code_2:%d]\n", key.ui1_level, key.ui2_code[0],
+    SITE_LOGD(call.site(), "[ui1_level:%d][code_0:%d][code_1:%d][code_2:%d]\n", key.ui1_level, key.ui2_code[0],
           key.ui2_code[1], key.ui2_code[2]);
     call[kKeyOut] = key.ui1_level;
     for (size_t i = 0; i < kCodes; ++i) call[kKeyOut + 1 + i] = key.ui2_code[i];
@@ -155,21 +155,21 @@ jint NativeZelTvTargetRegion::setTargetRegion(RegionCall& call) {
     if (chosen < 0) {
         return kExtensionFailed;
     }
-    BLOGD("[Set ptTargetRegion:%d][ui2_region_idx:%d]\n", call.handle(), chosen);
+    SITE_LOGD(call.site(), "[Set ptTargetRegion:%d][ui2_region_idx:%d]\n", call.handle(), chosen);
     // The record goes by pointer; its first 8 bytes, the key, are what the builder reads.
     if (x_sb_set(mBuilderHandle, SB_KEY_TYPE_SET_REGION, nullptr, sizeof(SB_REGION_KEY_T),
                  &mRegions[chosen]) != MWR_OK) {
-        BLOGD("[Set ptTargetRegion FAIL]\n");
+        SITE_LOGD(call.site(), "[Set ptTargetRegion FAIL]\n");
         return kExtensionFailed;
     }
-    BLOGD("[Set ptTargetRegion OK]\n");
+    SITE_LOGD(call.site(), "[Set ptTargetRegion OK]\n");
     return 0;
 }
 
 // [2] level, [3] to [5] codes in: kept for the next attach.
 jint NativeZelTvTargetRegion::setSelectedTargetRegion(RegionCall& call) {
     mSelectedRegion = regionKeyFrom(call, kKeyIn);
-    BLOGD("[%d, %d, %d, %d]\n", mSelectedRegion.ui1_level, mSelectedRegion.ui2_code[0],
+    SITE_LOGD(call.site(), "[%d, %d, %d, %d]\n", mSelectedRegion.ui1_level, mSelectedRegion.ui2_code[0],
           mSelectedRegion.ui2_code[1], mSelectedRegion.ui2_code[2]);
     return 0;
 }
@@ -205,32 +205,32 @@ using namespace android;
 
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion_nativeSetup(
     JNIEnv* env, jobject thiz, jintArray array) {
-    return setupExtension<NativeZelTvTargetRegion>(env, thiz, array, NATIVE_SITE);
+    return setupExtension<NativeZelTvTargetRegion>(env, thiz, array, SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion_nativeGetTargetRegion(JNIEnv* env, jobject,
                                                                              jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE, &NativeZelTvTargetRegion::getTargetRegion);
+    return extensionCall(env, array, SCAN_SITE, &NativeZelTvTargetRegion::getTargetRegion);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion_nativeSetTargetRegion(JNIEnv* env, jobject,
                                                                              jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE, &NativeZelTvTargetRegion::setTargetRegion);
+    return extensionCall(env, array, SCAN_SITE, &NativeZelTvTargetRegion::setTargetRegion);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion_nativeGetIfLcnConflict(JNIEnv* env, jobject,
                                                                               jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                             &NativeZelTvTargetRegion::_dvbt_ui_op_get_if_lcn_conflict);
 }
 
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion_nativeSetSelectedTargetRegion(
     JNIEnv* env, jobject, jintArray array) {
-    return extensionCall(env, array, NATIVE_SITE,
+    return extensionCall(env, array, SCAN_SITE,
                             &NativeZelTvTargetRegion::setSelectedTargetRegion);
 }
 
@@ -258,5 +258,5 @@ const MethodSpec gCallbacks[] = {
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion(JNIEnv* env) {
     return registerExtensionClass(env, kTargetRegionClass, gMethods, tableSize(gMethods),
-                                  gCallbacks, std::size(gCallbacks), SCAN_SITE, __func__);
+                                  gCallbacks, std::size(gCallbacks), SCAN_SITE);
 }

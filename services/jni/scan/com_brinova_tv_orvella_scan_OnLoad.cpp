@@ -10,17 +10,14 @@ JavaVM* javaVM = nullptr;
 
 int registerNativeMethods(JNIEnv* env, const char* className, const JNINativeMethod* methods,
                           int count) {
-    // The local class reference is left to the VM: it goes when the load hook returns.
+    // The local class reference is left to the VM: it goes when the load hook returns. So is
+    // the exception of a failure: the load ends at once, and the VM reports it as the cause.
     jclass clazz = env->FindClass(className);
     if (clazz == nullptr) {
-        // A failed FindClass leaves NoClassDefFoundError pending; the load reports its own
-        // failure instead.
-        env->ExceptionClear();
         BLOGE_RAW("registerNativeMethods cannot find class return false");
         return -1;
     }
     if (env->RegisterNatives(clazz, methods, count) < 0) {
-        env->ExceptionClear();
         BLOGE_RAW("registerNativeMethods cannot register methods return false");
         return -1;
     }

@@ -65,7 +65,7 @@ struct BuilderRow {
     bool wholeName;
     const char* tunerName;
     const char* openLog;  // "[%s][%d]..." with function, line and the SVL name
-    bool satellite;
+    bool satellite;       // takes the satellite builder's 24 further bytes of open data
 };
 
 // Tested in this order; the first match wins.
@@ -154,52 +154,53 @@ extern "C" jobject getPipelineObjectFromScanEngine(JNIEnv* env, HANDLE_T handle)
     return result;
 }
 
-// Channel-list changes go to Java at once, on the middleware's thread.
+// Channel-list changes go to Java at once, on the middleware's thread; lines and assertions
+// are those of the list's own callback (`site`).
 template <typename Change>
-static void deliverListChanges(uint16_t listId, uint32_t count, const Change* changes, void* tag,
-                               jmethodID javaMethod, bool tagLoggedAsError) {
-    BLOGI("ui2_svl_id = %d, ui4_nfy_count = %d", listId, count);
-    ScopedJniThread thread(SCAN_SITE, ScopedJniThread::kRet);
+static void deliverListChanges(const ScanSite& site, uint16_t listId, uint32_t count,
+                               const Change* changes, void* tag, jmethodID javaMethod,
+                               int tagLevel) {
+    SITE_LOGI(site, "ui2_svl_id = %d, ui4_nfy_count = %d", listId, count);
+    ScopedJniThread thread(site, ScopedJniThread::kRet);
     JNIEnv* env = thread.env();
     if (env == nullptr) {
-        BLOGE("jenv is null, going to abort().");
+        SITE_LOGE(site, "jenv is null, going to abort().");
         abort();
     }
     sp<JScanEngine> engine;
     if (tag != nullptr) {
-        if (tagLoggedAsError) {
-            BLOGE("pv_tag=%p", tag);
-        } else {
-            BLOGD("pv_tag=%p", tag);
-        }
+        SITE_LOG(site, tagLevel, "pv_tag=%p", tag);
         engine = engineOf(tag);
     }
     if (count == 0) return;
 
     auto* eventType = static_cast<uint32_t*>(x_mem_alloc(count * sizeof(uint32_t)));
-    SCAN_ASSERT(eventType != NULL);
+    if (eventType == nullptr) scanFatal(site, "!(eventType != __null)");
     auto* eventRecord = static_cast<uint32_t*>(x_mem_alloc(count * sizeof(uint32_t)));
-    SCAN_ASSERT(eventRecord != NULL);
+    if (eventRecord == nullptr) scanFatal(site, "!(eventRecord != __null)");
     x_memset(eventType, 0, count * sizeof(uint32_t));
     x_memset(eventRecord, 0, count * sizeof(uint32_t));
-    ScopedLocalRef<jintArray> arrEventType(env, env->NewIntArray(count));
-    SCAN_ASSERT(arrEventType.get() != NULL);
-    ScopedLocalRef<jintArray> arrEventRecord(env, env->NewIntArray(count));
-    SCAN_ASSERT(arrEventRecord.get() != NULL);
-    BLOGI("ui4_nfy_count = %d", count);
+    jintArray arrEventType = env->NewIntArray(count);
+    if (arrEventType == nullptr) scanFatal(site, "!(arrEventType != __null)");
+    jintArray arrEventRecord = env->NewIntArray(count);
+    if (arrEventRecord == nullptr) scanFatal(site, "!(arrEventRecord != __null)");
+    // Deleted when done, so that an already attached middleware thread does not pile them up.
+    ScopedLocalRef<jintArray> typesRef(env, arrEventType);
+    ScopedLocalRef<jintArray> recordsRef(env, arrEventRecord);
+    SITE_LOGI(site, "ui4_nfy_count = %d", count);
     for (uint32_t i = 0; i < count; ++i) {
         eventType[i] = changes[i].ui2_event_type;
         eventRecord[i] = changes[i].ui2_event_record;
-        BLOGI("eventType=%d, eventRecord=%d.", eventType[i], eventRecord[i]);
+        SITE_LOGI(site, "eventType=%d, eventRecord=%d.", eventType[i], eventRecord[i]);
     }
-    env->SetIntArrayRegion(arrEventType.get(), 0, count, reinterpret_cast<jint*>(eventType));
-    env->SetIntArrayRegion(arrEventRecord.get(), 0, count, reinterpret_cast<jint*>(eventRecord));
+    env->SetIntArrayRegion(arrEventType, 0, count, reinterpret_cast<jint*>(eventType));
+    env->SetIntArrayRegion(arrEventRecord, 0, count, reinterpret_cast<jint*>(eventRecord));
     jobject javaEngine = engine != nullptr ? engine->javaObject() : nullptr;
-    BLOGD("mObject=%p", javaEngine);
+    SITE_LOGD(site, "mObject=%p", javaEngine);
     if (javaEngine != nullptr) {
         env->CallVoidMethod(javaEngine, javaMethod, static_cast<jint>(listId),
-                            static_cast<jint>(count), arrEventType.get(), arrEventRecord.get());
-        clearJavaException(env, SCAN_SITE, "OnScanUpdateEvent");
+                            static_cast<jint>(count), arrEventType, arrEventRecord);
+        checkJavaException(env, site, "OnScanUpdateEvent");
     }
     x_mem_free(eventType);
     x_mem_free(eventRecord);
@@ -207,17 +208,20 @@ static void deliverListChanges(uint16_t listId, uint32_t count, const Change* ch
 
 extern "C" void native_sb_eng_svl_every_nfy_fct(uint16_t listId, uint32_t count,
                                                 const SVL_EVERY_NTF_EVT* changes, void* tag) {
-    deliverListChanges(listId, count, changes, tag, gFields.onScanUpdateSvlEventID, true);
+    deliverListChanges(SCAN_SITE, listId, count, changes, tag, gFields.onScanUpdateSvlEventID,
+                       BRINOVA_LOG_ERROR);
 }
 
 extern "C" void native_sb_eng_tsl_every_nfy_fct(uint16_t listId, uint32_t count,
                                                 const TSL_EVERY_NTF_EVT* changes, void* tag) {
-    deliverListChanges(listId, count, changes, tag, gFields.onScanUpdateTslEventID, false);
+    deliverListChanges(SCAN_SITE, listId, count, changes, tag, gFields.onScanUpdateTslEventID,
+                       BRINOVA_LOG_DEBUG);
 }
 
 extern "C" void native_sb_eng_nwl_every_nfy_fct(uint16_t listId, uint32_t count,
                                                 const NWL_EVERY_NTF_EVT* changes, void* tag) {
-    deliverListChanges(listId, count, changes, tag, gFields.onScanUpdateNwlEventID, false);
+    deliverListChanges(SCAN_SITE, listId, count, changes, tag, gFields.onScanUpdateNwlEventID,
+                       BRINOVA_LOG_DEBUG);
 }
 
 // A modified service is reported only when its identity, type or name changed.
@@ -245,6 +249,26 @@ extern "C" MW_BOOL _native_sb_eng_tsl_filter_fct(uint16_t, uint16_t, TSL_REC_T*,
 
 extern "C" MW_BOOL _native_sb_eng_nwl_filter_fct(uint16_t, uint16_t, NWL_REC_T*, const NWL_REC_T*) {
     return 1;
+}
+
+// Opens the builder of `row` for the engine `tag` on its data source.
+static int32_t openBuilder(const ScanSite& site, const BuilderRow& row, const char* builderName,
+                           int32_t svlId, const char* svlName, HANDLE_T dataSource, void* tag,
+                           HANDLE_T* handle) {
+    // The satellite builder reads 24 bytes more than the others.
+    SB_DVBS_OPEN_DATA_T openData;
+    x_memset(&openData, 0, sizeof(openData));
+    SB_OPEN_DATA_T& common = openData.t_common;
+    common.ui4_svl_id = static_cast<uint32_t>(svlId);
+    common.ps_svl_name = svlName;
+    common.ps_file_name = "/dev";
+    common.ps_tuner_name = row.tunerName;
+    common.ui1_flags = 1;
+    common.h_data_source = dataSource;
+    SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, row.openLog, site.function, site.line, svlName);
+    SB_COND_T condition = 0;
+    void* data = row.satellite ? static_cast<void*>(&openData) : static_cast<void*>(&common);
+    return x_sb_open_builder(builderName, data, tag, _native_sb_nfy_fct, handle, &condition);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -280,7 +304,7 @@ JScanEngine::JScanEngine(JNIEnv* env, jobject thiz, const char* name, HANDLE_T p
         pthread_setname_np(thread, threadName);
     }
     env->CallVoidMethod(thiz, gFields.onSetNativeHandleID, static_cast<jint>(pipelineHandle));
-    clearJavaException(env, SCAN_SITE, "onSetNativeHandle");
+    checkJavaException(env, SCAN_SITE, "onSetNativeHandle");
     BLOGE_RAW("JScanEngine : %s create success.ScanEngine=%p, handle: 0x%x", name, this,
               pipelineHandle);
 }
@@ -292,7 +316,7 @@ JScanEngine::~JScanEngine() {
         x_handle_free(mPipelineHandle);
         mPipelineHandle = NULL_HANDLE;
     }
-    unregisterLists();
+    unregisterLists(SCAN_SITE, ListLog::kDestructor);
     if (javaVM == nullptr) {
         BLOGE("jenv is null, going to abort().");
         abort();
@@ -320,33 +344,84 @@ void JScanEngine::deleteJavaObjects(JNIEnv* env) {
 }
 
 template <typename Hook>
-void JScanEngine::forEachExtension(Hook hook) {
+void JScanEngine::walkExtensions(const ScanSite& site, const char* announce, Hook hook) {
+    if (mListExtension.empty()) {
+        SITE_LOGD(site, "mListExtension is empty.");
+        return;
+    }
+    if (announce != nullptr) {
+        SITE_LOGD(site, "%s", announce);
+    }
     for (int64_t handle : mListExtension) {
         hook(JINativeScanExtension::fromHandle(handle));
     }
 }
 
-void JScanEngine::unregisterLists() {
-    if (mSvlNotifyHandler != NULL_HANDLE) {
-        if (c_svl_unreg_every_notify(mSvlNotifyHandler) != MWR_OK) {
-            BLOGE("x_svl_unreg_every_notify fail.");
-        }
-        mSvlNotifyHandler = NULL_HANDLE;
-        BLOGD("unreg SVL OK.ScanEngine=%p, mobject=%p", this, mObject);
+void JScanEngine::preScanExtensions(const ScanSite& site, void* params) {
+    walkExtensions(site, nullptr, [&](JINativeScanExtension* extension) {
+        SITE_LOGD(site, "onPreScan to Extension = %p\n", extension);
+        extension->onPreScan(params);
+    });
+}
+
+void JScanEngine::detachExtensions(const ScanSite& site) {
+    walkExtensions(site, "detach all the extensions before sb close",
+                   [&](JINativeScanExtension* extension) {
+                       SITE_LOGD(site, "detach extension = %p\n", extension);
+                       extension->detach(mSBHandler);
+                   });
+}
+
+void JScanEngine::completeExtensions(const ScanSite& site) {
+    // Walked without mLock: Java does not add or remove extensions while a scan is ending.
+    walkExtensions(site, nullptr, [&](JINativeScanExtension* extension) {
+        SITE_LOGD(site, "Notify SB_REASON_COMPLETE to Extension = %p\n", extension);
+        extension->onScanComplete(1);
+    });
+}
+
+void JScanEngine::unregisterLists(const ScanSite& site, ListLog log) {
+    struct Registration {
+        HANDLE_T* handle;
+        int32_t (*unregister)(HANDLE_T);
+    };
+    const Registration lists[] = {{&mSvlNotifyHandler, c_svl_unreg_every_notify},
+                                  {&mTslNotifyHandler, c_tsl_unreg_every_notify},
+                                  {&mMwlNotifyHandler, c_nwl_unreg_every_notify}};
+    for (size_t i = 0; i < std::size(lists); ++i) {
+        if (*lists[i].handle == NULL_HANDLE) continue;
+        bool ok = lists[i].unregister(*lists[i].handle) == MWR_OK;
+        *lists[i].handle = NULL_HANDLE;  // given up whatever the middleware answered
+        logListUnregistered(site, static_cast<ListKind>(i), ok, log);
     }
-    if (mTslNotifyHandler != NULL_HANDLE) {
-        if (c_tsl_unreg_every_notify(mTslNotifyHandler) != MWR_OK) {
-            BLOGE("x_tsl_unreg_every_notify fail.");
-        }
-        mTslNotifyHandler = NULL_HANDLE;
-        BLOGD("unreg tsL OK.ScanEngine=%p, mobject=%p", this, mObject);
+}
+
+void JScanEngine::logListUnregistered(const ScanSite& site, ListKind list, bool ok, ListLog log) {
+    switch (list) {
+        case ListKind::kSvl:
+            if (!ok) SITE_LOGE(site, "x_svl_unreg_every_notify fail.");
+            break;
+        case ListKind::kTsl:
+            if (!ok) SITE_LOGE(site, "x_tsl_unreg_every_notify fail.");
+            break;
+        case ListKind::kNwl:
+            if (!ok) SITE_LOGE(site, "x_nwl_unreg_every_notify fail.");
+            break;
     }
-    if (mMwlNotifyHandler != NULL_HANDLE) {
-        if (c_nwl_unreg_every_notify(mMwlNotifyHandler) != MWR_OK) {
-            BLOGE("x_nwl_unreg_every_notify fail.");
-        }
-        mMwlNotifyHandler = NULL_HANDLE;
-        BLOGD("unreg nwL OK.ScanEngine=%p, mobject=%p", this, mObject);
+    if (log == ListLog::kDestructor) {
+        SITE_LOGD(site, "unreg SVL OK.");  // the destructor's one wording for the three lists
+        return;
+    }
+    switch (list) {
+        case ListKind::kSvl:
+            SITE_LOGD(site, "unreg SVL OK.ScanEngine=%p, mobject=%p", this, mObject);
+            break;
+        case ListKind::kTsl:
+            SITE_LOGD(site, "unreg tsL OK.ScanEngine=%p, mobject=%p", this, mObject);
+            break;
+        case ListKind::kNwl:
+            SITE_LOGD(site, "unreg nwL OK.ScanEngine=%p, mobject=%p", this, mObject);
+            break;
     }
 }
 
@@ -373,20 +448,7 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
     BLOGD("builderName=%s, mScanConfig = %p", builderName, mScanConfig);
     BLOGD("svl,tsl,nwl reg ScanEngine=%p, mObject=%p", this, mObject);
     BLOGD("ds_handle = 0x%x, svlid=%d.pv_tag=%p", dataSource, svlId, this);
-    uint16_t listId = static_cast<uint16_t>(svlId & 0xFFFF);
-    HANDLE_T svl = NULL_HANDLE, tsl = NULL_HANDLE, nwl = NULL_HANDLE;
-    int32_t status = c_svl_register_every_notify(listId, _native_sb_eng_svl_filter_fct,
-                                                 native_sb_eng_svl_every_nfy_fct, this, &svl);
-    BLOGD("mSvlNotifyHandler register. i4_ret=%d", status);
-    status = c_tsl_register_every_notify(listId, _native_sb_eng_tsl_filter_fct,
-                                         native_sb_eng_tsl_every_nfy_fct, this, &tsl);
-    BLOGD("mTslNotifyHandler register. i4_ret=%d", status);
-    status = c_nwl_register_every_notify(listId, _native_sb_eng_nwl_filter_fct,
-                                         native_sb_eng_nwl_every_nfy_fct, this, &nwl);
-    BLOGD("mMwlNotifyHandler register. i4_ret=%d", status);
-    mSvlNotifyHandler = svl;
-    mTslNotifyHandler = tsl;
-    mMwlNotifyHandler = nwl;
+    int32_t status = registerLists(SCAN_SITE, static_cast<uint16_t>(svlId & 0xFFFF));
 
     // "fs_Svl_" and at most three digits: svlId 1 to 1000. A longer name is cut, not overrun.
     constexpr size_t kSvlNameSize = 11;
@@ -397,24 +459,14 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
     x_strncpy(svlName, formatted, kSvlNameSize - 1);
 
     HANDLE_T handle = NULL_HANDLE;
-    SB_COND_T condition = 0;
     const BuilderRow* row = findRow(kBuilders, builderName);
     if (row == nullptr) {
         // Deliberately goes on with the last list registration's status, as if a builder
         // with handle 0 had been opened.
         BLOGI("unknow builder name: %s.", builderName);
     } else {
-        SB_DVBS_OPEN_DATA_T openData;
-        x_memset(&openData, 0, sizeof(openData));
-        openData.t_common.ui4_svl_id = static_cast<uint32_t>(svlId);
-        openData.t_common.ps_svl_name = svlName;
-        openData.t_common.ps_file_name = "/dev";
-        openData.t_common.ps_tuner_name = row->tunerName;
-        openData.t_common.ui1_flags = 1;
-        openData.t_common.h_data_source = mPipelineHandle;
-        BLOG_PRINT(BRINOVA_LOG_DEBUG, LOG_TAG, row->openLog, __FUNCTION__, __LINE__, svlName);
-        status = x_sb_open_builder(builderName, &openData, this, _native_sb_nfy_fct, &handle,
-                                   &condition);
+        status = openBuilder(SCAN_SITE, *row, builderName, svlId, svlName, mPipelineHandle, this,
+                             &handle);
     }
     if (status != MWR_OK) {
         BLOGE("open %s builder failed", builderName);
@@ -435,6 +487,23 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
     return 0;
 }
 
+int32_t JScanEngine::registerLists(const ScanSite& site, uint16_t listId) {
+    HANDLE_T svl = NULL_HANDLE, tsl = NULL_HANDLE, nwl = NULL_HANDLE;
+    int32_t status = c_svl_register_every_notify(listId, _native_sb_eng_svl_filter_fct,
+                                                 native_sb_eng_svl_every_nfy_fct, this, &svl);
+    SITE_LOGD(site, "mSvlNotifyHandler register. i4_ret=%d", status);
+    status = c_tsl_register_every_notify(listId, _native_sb_eng_tsl_filter_fct,
+                                         native_sb_eng_tsl_every_nfy_fct, this, &tsl);
+    SITE_LOGD(site, "mTslNotifyHandler register. i4_ret=%d", status);
+    status = c_nwl_register_every_notify(listId, _native_sb_eng_nwl_filter_fct,
+                                         native_sb_eng_nwl_every_nfy_fct, this, &nwl);
+    SITE_LOGD(site, "mMwlNotifyHandler register. i4_ret=%d", status);
+    mSvlNotifyHandler = svl;
+    mTslNotifyHandler = tsl;
+    mMwlNotifyHandler = nwl;
+    return status;  // the last registration's: it decides an unknown builder's fate
+}
+
 int32_t JScanEngine::start() {
     Mutex::Autolock lock(mLock);
     if (mScanConfig == nullptr) {
@@ -444,14 +513,7 @@ int32_t JScanEngine::start() {
     void* params = mScanConfig->getSbScanParams(0);
     BLOGE("mScanConfig = %p\n", mScanConfig);
     BLOGD("ScanEngine=%p, mobject=%p", this, mObject);
-    if (mListExtension.empty()) {
-        BLOGD("mListExtension is empty.");
-    } else {
-        forEachExtension([&](JINativeScanExtension* extension) {
-            BLOGD("onPreScan to Extension = %p\n", extension);
-            extension->onPreScan(params);
-        });
-    }
+    preScanExtensions(SCAN_SITE, params);
     int ret = mScanConfig->checkScanMaps();
     if (ret != 0) {
         BLOGE("checkScanMaps failed,ret=%d\n", ret);
@@ -492,18 +554,10 @@ int32_t JScanEngine::cancel() {
 int32_t JScanEngine::close() {
     Mutex::Autolock lock(mLock);
     if (mState != STATE_NO_BUILDER) {
-        if (mListExtension.empty()) {
-            BLOGD("mListExtension is empty.");
-        } else {
-            BLOGD("detach all the extensions before sb close");
-            forEachExtension([&](JINativeScanExtension* extension) {
-                BLOGD("detach extension = %p\n", extension);
-                extension->detach(mSBHandler);
-            });
-        }
+        detachExtensions(SCAN_SITE);
     }
     BLOGD("ScanEngine=%p, mobject=%p", this, mObject);
-    unregisterLists();
+    unregisterLists(SCAN_SITE, ListLog::kClose);
     if (mSBHandler == NULL_HANDLE) {
         BLOGE("Service builder is NULL\n");
         return kRefused;
@@ -565,14 +619,7 @@ int32_t JScanEngine::startMonitor() {
         BLOGE("pScanData is NULL, return error \n");
         return kBadValue;
     }
-    if (mListExtension.empty()) {
-        BLOGD("mListExtension is empty.");
-    } else {
-        forEachExtension([&](JINativeScanExtension* extension) {
-            BLOGD("onPreScan to Extension = %p\n", extension);
-            extension->onPreScan(params);
-        });
-    }
+    preScanExtensions(SCAN_SITE, params);
     const char* name = mScanConfig->getSbEbEngineName();
     int ret = mScanConfig->checkScanMaps();
     if (ret != 0) {
@@ -602,15 +649,7 @@ int32_t JScanEngine::startMonitor() {
 int32_t JScanEngine::stopMonitor() {
     Mutex::Autolock lock(mLock);
     mState = STATE_STOP_REQUESTED;
-    if (mListExtension.empty()) {
-        BLOGD("mListExtension is empty.");
-    } else {
-        BLOGD("detach all the extensions before sb close");
-        forEachExtension([&](JINativeScanExtension* extension) {
-            BLOGD("detach extension = %p\n", extension);
-            extension->detach(mSBHandler);
-        });
-    }
+    detachExtensions(SCAN_SITE);
     BLOGE("start to stop Monitor.\n");
     if (x_sb_cancel_scan(mSBHandler) != MWR_OK) {
         BLOGE("\n");
@@ -631,24 +670,19 @@ int32_t JScanEngine::stopMonitor() {
 void JScanEngine::pushEvent(uint32_t reason, uint32_t data) {
     {
         std::lock_guard<std::mutex> lock(mEventQueueLock);
-        mEventQueue.push_back(SB_EVENT{reason, data});
+        mEventQueue.push(SB_EVENT{reason, data});
     }
     sem_post(&mSbEventSem);
 }
 
 bool JScanEngine::peekEvent(SB_EVENT* event) {
     std::lock_guard<std::mutex> lock(mEventQueueLock);
-    if (mEventQueue.empty()) return false;
-    *event = mEventQueue.front();
-    return true;
+    return mEventQueue.front(event);
 }
 
-bool JScanEngine::popEvent(SB_EVENT* event) {
+bool JScanEngine::popEvent() {
     std::lock_guard<std::mutex> lock(mEventQueueLock);
-    if (mEventQueue.empty()) return false;
-    *event = mEventQueue.front();
-    mEventQueue.pop_front();
-    return mEventQueue.empty();
+    return mEventQueue.pop();
 }
 
 // Drops the builder's events but keeps an exit request: release() may queue one while the
@@ -657,12 +691,13 @@ bool JScanEngine::popEvent(SB_EVENT* event) {
 void JScanEngine::clearEvents() {
     std::lock_guard<std::mutex> lock(mEventQueueLock);
     bool exitRequested = false;
-    for (const SB_EVENT& e : mEventQueue) {
-        exitRequested = exitRequested || e.reason == SB_EVENT_REASON_EXIT;
+    SB_EVENT event;
+    while (mEventQueue.front(&event)) {
+        exitRequested = exitRequested || event.reason == SB_EVENT_REASON_EXIT;
+        mEventQueue.pop();
     }
-    mEventQueue.clear();
     if (exitRequested) {
-        mEventQueue.push_back(SB_EVENT{SB_EVENT_REASON_EXIT, 0});
+        mEventQueue.push(SB_EVENT{SB_EVENT_REASON_EXIT, 0});
     }
 }
 
@@ -693,14 +728,19 @@ void* JScanEngine::sbEventThreadFunc(void* arg) {
     return nullptr;
 }
 
-int32_t JScanEngine::progressOf(uint32_t reason, uint32_t data) {
-    if (mScanConfig == nullptr) return 0;
+// The transponder step of a progress event: the index goes up by one but stops at the total.
+void JScanEngine::advanceProgress(uint32_t reason, uint32_t data) {
     gChannelCount += static_cast<int32_t>(data & 0xFFFF);
     if (reason & SB_REASON_PROGRESS) {
         gTransponderTotal = static_cast<int32_t>((data >> 16) & 0x7FFF);
         gTransponderIndex =
             gTransponderIndex >= gTransponderTotal ? gTransponderTotal : gTransponderIndex + 1;
     }
+}
+
+int32_t JScanEngine::progressOf(uint32_t reason, uint32_t data) {
+    if (mScanConfig == nullptr) return 0;
+    advanceProgress(reason, data);
     const char* name = mScanConfig->getSbEbEngineName();
     if (x_strncmp(name, "sb_dvbc", 7) == 0 || x_strncmp(name, "sb_cn_dvbc", 10) == 0) {
         return static_cast<int32_t>((data >> 16) & 0x7FFF);  // the builder's own percentage
@@ -714,79 +754,79 @@ int32_t JScanEngine::progressOf(uint32_t reason, uint32_t data) {
 }
 
 void JScanEngine::sbEventThreadLoop() {
+    const ScanSite site = SCAN_SITE;
     for (;;) {
-        BLOGE("wait mSbEventSem");
+        SITE_LOGE(site, "wait mSbEventSem");
         while (sem_wait(&mSbEventSem) != 0) {
         }
-        BLOGI("got mSbEventSem");
+        SITE_LOGI(site, "got mSbEventSem");
         SB_EVENT event;
         while (peekEvent(&event)) {
-            BLOGI("ui4_nfy_reason = 0x%x, data=0x%x", event.reason, event.data);
+            SITE_LOGI(site, "ui4_nfy_reason = 0x%x, data=0x%x", event.reason, event.data);
             if (event.reason == SB_EVENT_REASON_EXIT) {
                 // The exit event and anything behind it stay queued.
-                BLOGI("exit mSbEventThread");
+                SITE_LOGI(site, "exit mSbEventThread");
                 mSbEventThread = 0;
                 return;
             }
-            if (mScanConfig != nullptr && isScanEnd(event.reason)) {
-                BLOGD("onStatus stopped \n");
-                mScanConfig->onStatus(0);
-                mState = STATE_SCAN_ENDED;
-            }
-            if (javaVM == nullptr) {
-                BLOGI(" jenv is null, going to abort().");
-                abort();
-            }
-            {
-                ScopedJniThread thread(SCAN_SITE, ScopedJniThread::kRet);
-                JNIEnv* env = thread.env();
-                if (isScanEnd(event.reason)) {
-                    BLOGD("SB_REASON:%d\n", event.reason);
-                    // Walked without mLock: Java does not add or remove extensions while a
-                    // scan is ending.
-                    if (mListExtension.empty()) {
-                        BLOGD("mListExtension is empty.");
-                    } else {
-                        forEachExtension([&](JINativeScanExtension* extension) {
-                            BLOGD("Notify SB_REASON_COMPLETE to Extension = %p\n", extension);
-                            extension->onScanComplete(1);
-                        });
-                    }
-                    env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 2,
-                                        static_cast<jint>(event.reason), 0);
-                    clearJavaException(env, SCAN_SITE, "OnScanStatusEvent");
-                    resetProgress();
-                } else if (event.reason == SB_REASON_PROGRESS ||
-                           event.reason == SB_REASON_PROGRESS_ONLY) {
-                    if (gFields.onScanStatusEventID != nullptr) {
-                        BLOGD("SB_REASON_PROGRESS\n");
-                        int32_t progress = progressOf(event.reason, event.data);
-                        env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 1,
-                                            gChannelCount, progress);
-                        clearJavaException(env, SCAN_SITE, "OnScanStatusEvent");
-                        BLOGD("progress = %d, channel=%d\n", progress, gChannelCount);
-                    }
-                } else if (event.reason == SB_REASON_FREQ_REPORT) {
-                    if (gFields.onScanStatusEventID != nullptr) {
-                        BLOGD("SB_REASON_FREQ_REPORT");
-                        env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 3,
-                                            static_cast<jint>(event.data), 0);
-                        clearJavaException(env, SCAN_SITE, "OnScanStatusEvent");
-                    }
-                } else {
-                    BLOGD("Scan nofity reason not handle currently.");
-                }
-            }
-            if (popEvent(&event)) {
-                BLOGD("Remove the processed event from queue.");
+            handleEvent(site, event);
+            if (popEvent()) {
+                SITE_LOGD(site, "Remove the processed event from queue.");
             }
             if (mState == STATE_NO_BUILDER) {
-                BLOGD("clear all event.\n");
+                SITE_LOGD(site, "clear all event.\n");
                 clearEvents();
                 break;
             }
         }
     }
+}
+
+// One builder event at the front of the queue, on the event thread (logged at the loop's site).
+void JScanEngine::handleEvent(const ScanSite& site, const SB_EVENT& event) {
+    if (mScanConfig != nullptr && isScanEnd(event.reason)) {
+        SITE_LOGD(site, "onStatus stopped \n");
+        mScanConfig->onStatus(0);
+        mState = STATE_SCAN_ENDED;
+    }
+    if (javaVM == nullptr) {
+        SITE_LOGI(site, " jenv is null, going to abort().");
+        abort();
+    }
+    ScopedJniThread thread(site, ScopedJniThread::kRet);
+    if (isScanEnd(event.reason)) {
+        deliverScanEnd(site, thread.env(), event.reason);
+    } else if (event.reason == SB_REASON_PROGRESS || event.reason == SB_REASON_PROGRESS_ONLY) {
+        deliverProgress(site, thread.env(), event);
+    } else if (event.reason == SB_REASON_FREQ_REPORT) {
+        deliverFrequency(site, thread.env(), event.data);
+    } else {
+        SITE_LOGD(site, "Scan nofity reason not handle currently.");
+    }
+}
+
+void JScanEngine::deliverScanEnd(const ScanSite& site, JNIEnv* env, uint32_t reason) {
+    SITE_LOGD(site, "SB_REASON:%d\n", reason);
+    completeExtensions(site);
+    env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 2, static_cast<jint>(reason), 0);
+    checkJavaException(env, site, "OnScanStatusEvent");
+    resetProgress();
+}
+
+void JScanEngine::deliverProgress(const ScanSite& site, JNIEnv* env, const SB_EVENT& event) {
+    if (gFields.onScanStatusEventID == nullptr) return;
+    SITE_LOGD(site, "SB_REASON_PROGRESS\n");
+    int32_t progress = progressOf(event.reason, event.data);
+    env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 1, gChannelCount, progress);
+    checkJavaException(env, site, "OnScanStatusEvent");
+    SITE_LOGD(site, "progress = %d, channel=%d\n", progress, gChannelCount);
+}
+
+void JScanEngine::deliverFrequency(const ScanSite& site, JNIEnv* env, uint32_t frequency) {
+    if (gFields.onScanStatusEventID == nullptr) return;
+    SITE_LOGD(site, "SB_REASON_FREQ_REPORT");
+    env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 3, static_cast<jint>(frequency), 0);
+    checkJavaException(env, site, "OnScanStatusEvent");
 }
 
 void JScanEngine::exitSBEventThread() {
@@ -803,11 +843,12 @@ void JScanEngine::exitSBEventThread() {
     if (started) {
         pushEvent(SB_EVENT_REASON_EXIT, 0);
         BLOGD("send event to exit mSbEventThread.");
+        // A sleep before each look; the thread is detached, so this is all the waiting done.
         int retryTimes = 0;
-        while (retryTimes < 10 && mSbEventThread != 0) {
+        do {
             usleep(10000);
             ++retryTimes;
-        }
+        } while (retryTimes < 10 && mSbEventThread != 0);
         BLOGE("send event to exit mSbEventThread.retryTimes=%d", retryTimes);
         return;
     }
@@ -824,7 +865,7 @@ namespace {
 
 sp<JScanEngine> getScanEngine(JNIEnv* env, jobject thiz) {
     jlong context = env->CallLongMethod(thiz, gFields.getNativeContextID);
-    clearJavaException(env, SCAN_SITE, "getNativeContext");
+    checkJavaException(env, SCAN_SITE, "getNativeContext");
     return reinterpret_cast<JScanEngine*>(static_cast<uintptr_t>(context));
 }
 
@@ -839,13 +880,36 @@ void setScanEngine(JNIEnv* env, jobject thiz, const sp<JScanEngine>& engine) {
     }
     env->CallVoidMethod(thiz, gFields.setAndUnlockNativeContextID,
                         static_cast<jlong>(reinterpret_cast<uintptr_t>(engine.get())));
-    clearJavaException(env, SCAN_SITE, "setAndUnlockNativeContext");
+    checkJavaException(env, SCAN_SITE, "setAndUnlockNativeContext");
 }
 
-jint setupEngine(JNIEnv* env, jobject thiz, HANDLE_T handle, jobject pipelineObject) {
+// The engine of a native's `thiz` for the length of the call: Java's context read once and
+// held by a strong reference, inside the native's Java-caller scope.
+class EngineNative {
+public:
+    EngineNative(JNIEnv* env, jobject thiz) : mScope(env), mEngine(getScanEngine(env, thiz)) {}
+
+    bool usable() const { return mEngine != nullptr && mEngine->initCheck() == 0; }
+    /* As usable(), logging "Engine is NULL or not init" at the native's site when not. */
+    bool usable(const ScanSite& site) const {
+        if (!usable()) {
+            SITE_LOGE(site, "Engine is NULL or not init");
+            return false;
+        }
+        return true;
+    }
+    JScanEngine* operator->() const { return mEngine.get(); }
+
+private:
+    JavaCallerScope mScope;  // declared first: a kept exception is thrown after the release
+    sp<JScanEngine> mEngine;
+};
+
+jint setupEngine(JNIEnv* env, jobject thiz, HANDLE_T handle, jobject pipelineObject,
+                 const ScanSite& site) {
     sp<JScanEngine> engine = new JScanEngine(env, thiz, "Good ScanEngine", handle, pipelineObject);
     if (engine->initCheck() != 0) {
-        BLOGE("Failed to find a Good engine , error %#x", engine->initCheck());
+        SITE_LOGE(site, "Failed to find a Good engine , error %#x", engine->initCheck());
         return kBadValue;
     }
     setScanEngine(env, thiz, engine);
@@ -853,66 +917,28 @@ jint setupEngine(JNIEnv* env, jobject thiz, HANDLE_T handle, jobject pipelineObj
 }
 
 jint native_setup(JNIEnv* env, jobject thiz, jobject pipelineObject) {
+    JavaCallerScope scope(env);
     jobject gref = env->NewGlobalRef(pipelineObject);
     HANDLE_T handle = NULL_HANDLE;
     if (handle_alloc(kPipelineHandleType, gref, nullptr, _scanengine_pipeline_handle_free,
                      &handle) != MWR_OK) {
         BLOGE_RAW("orvella_scan_ZelTvScanEngine_setUp fail to alloc handle");
+        handle = NULL_HANDLE;  // whatever a refusing middleware left there
     }
     BLOGD(" pipeline handle: 0x%x", handle);
     x_orvella_filter_register_get_pipeline_obj(getPipelineObjectFromScanEngine);
-    return setupEngine(env, thiz, handle, gref);
+    return setupEngine(env, thiz, handle, gref, SCAN_SITE);
 }
 
 jint native_setup_with_pipeline_handle(JNIEnv* env, jobject thiz, jint handle) {
+    JavaCallerScope scope(env);
     BLOGD(" pipeline handle: 0x%x", handle);
-    return setupEngine(env, thiz, static_cast<HANDLE_T>(handle), nullptr);
+    return setupEngine(env, thiz, static_cast<HANDLE_T>(handle), nullptr, SCAN_SITE);
 }
-
-// The frame of the engine's natives: the engine of `thiz`, held for the call, or -22 when
-// there is none; a failing operation is logged with `failure` (its error as the argument,
-// after the native's function and line when the text starts "[%s][%d]") and answers
-// `failureStatus`.
-struct EngineCall {
-    const char* function;
-    int line;
-    const char* failure;
-    jint failureStatus;
-};
-
-// The engine of `thiz` held for the call, or null (logged) when it is missing or unusable.
-sp<JScanEngine> usableEngine(JNIEnv* env, jobject thiz, const char* function, int line) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (engine == nullptr || engine->initCheck() != 0) {
-        BLOG_PRINT(BRINOVA_LOG_ERROR, LOG_TAG, "[%s][%d]Engine is NULL or not init", function, line);
-        return nullptr;
-    }
-    return engine;
-}
-
-template <typename Op>
-jint callEngine(JNIEnv* env, jobject thiz, const EngineCall& call, Op op) {
-    sp<JScanEngine> engine = usableEngine(env, thiz, call.function, call.line);
-    if (engine == nullptr) {
-        return kBadValue;
-    }
-    int32_t ret = op(*engine);
-    if (ret == 0 || call.failure == nullptr) {
-        return 0;
-    }
-    if (strncmp(call.failure, "[%s][%d]", 8) == 0) {
-        BLOG_PRINT(BRINOVA_LOG_ERROR, LOG_TAG, call.failure, call.function, call.line, ret);
-    } else {
-        BLOG_PRINT(BRINOVA_LOG_ERROR, LOG_TAG, call.failure, ret);
-    }
-    return call.failureStatus;
-}
-
-#define ENGINE_CALL(failure, status) (EngineCall{__FUNCTION__, __LINE__, (failure), (status)})
 
 jint native_configure(JNIEnv* env, jobject thiz, jlong configPointer, jint svlId) {
-    sp<JScanEngine> engine = usableEngine(env, thiz, __FUNCTION__, __LINE__);
-    if (engine == nullptr) {
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
         return kBadValue;
     }
     if (engine->getPipelineHandle() == NULL_HANDLE) {
@@ -937,61 +963,106 @@ jint native_configure(JNIEnv* env, jobject thiz, jlong configPointer, jint svlId
     return 0;
 }
 
-
 jint native_add_extension(JNIEnv* env, jobject thiz, jlong handle) {
-    return callEngine(env, thiz, ENGINE_CALL("[%s][%d]engine->addExtension fail", kBadValue),
-                      [&](JScanEngine& engine) { return engine.addExtension(handle); });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    if (engine->addExtension(handle) != 0) {
+        BLOGE("engine->addExtension fail");
+        return kBadValue;
+    }
+    return 0;
 }
 
 jint native_remove_extension(JNIEnv* env, jobject thiz, jlong handle) {
-    // Removing answers 0 whether or not the extension was there.
-    return callEngine(env, thiz, ENGINE_CALL(nullptr, 0),
-                      [&](JScanEngine& engine) { return engine.removeExtension(handle); });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    engine->removeExtension(handle);  // 0 whether or not the extension was there
+    return 0;
 }
 
 jint native_start(JNIEnv* env, jobject thiz) {
-    // -22 for the engine's -22 and -38 alike.
-    return callEngine(env, thiz, ENGINE_CALL("engine start failed, return err = 0x%x", kBadValue),
-                      [](JScanEngine& engine) { return engine.start(); });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    int32_t ret = engine->start();
+    if (ret != 0) {
+        BLOGE_RAW("engine start failed, return err = 0x%x", ret);
+        return kBadValue;  // for the engine's -22 and -38 alike
+    }
+    return 0;
 }
 
 jint native_cancel(JNIEnv* env, jobject thiz) {
-    return callEngine(env, thiz, ENGINE_CALL("[%s][%d]engine cancel failed err=0x%x", kRefused),
-                      [](JScanEngine& engine) { return engine.cancel(); });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    int32_t ret = engine->cancel();
+    if (ret != 0) {
+        BLOGE("engine cancel failed err=0x%x", ret);
+        return kRefused;
+    }
+    return 0;
 }
 
 jint native_close(JNIEnv* env, jobject thiz) {
-    sp<JScanEngine> engine = getScanEngine(env, thiz);
-    if (engine == nullptr || engine->initCheck() != 0) {
+    EngineNative engine(env, thiz);
+    if (!engine.usable()) {
         // The bracket missing at the start is how this line has always read.
-        BLOGE_RAW("%s][%s][%d]Engine is NULL or not init", kEngineSourcePath, __FUNCTION__,
-                  __LINE__);
+        const ScanSite site = SCAN_SITE;
+        BLOGE_RAW("%s][%s][%d]Engine is NULL or not init", kEngineSourcePath, site.function,
+                  site.line);
         return kBadValue;
     }
-    return callEngine(env, thiz, ENGINE_CALL("[%s][%d]engine close failed err=0x%x", kRefused),
-                      [](JScanEngine& e) { return e.close(); });
+    int32_t ret = engine->close();
+    if (ret != 0) {
+        BLOGE("engine close failed err=0x%x", ret);
+        return kRefused;
+    }
+    return 0;
 }
 
 jint native_release(JNIEnv* env, jobject thiz) {
-    return callEngine(env, thiz, ENGINE_CALL(nullptr, 0), [&](JScanEngine& engine) {
-        BLOGE("start native release.\n");
-        engine.exitSBEventThread();
-        setScanEngine(env, thiz, nullptr);
-        return 0;
-    });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    BLOGE("start native release.\n");
+    engine->exitSBEventThread();
+    setScanEngine(env, thiz, nullptr);
+    return 0;
 }
 
 jint native_start_monitor(JNIEnv* env, jobject thiz) {
-    return callEngine(env, thiz, ENGINE_CALL("startMonitor failed, return err = 0x%x", kBadValue),
-                      [](JScanEngine& engine) {
-                          BLOGD("startMonitor");
-                          return engine.startMonitor();
-                      });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    BLOGD("startMonitor");
+    int32_t ret = engine->startMonitor();
+    if (ret != 0) {
+        BLOGE_RAW("startMonitor failed, return err = 0x%x", ret);
+        return kBadValue;
+    }
+    return 0;
 }
 
 jint native_stop_monitor(JNIEnv* env, jobject thiz) {
-    return callEngine(env, thiz, ENGINE_CALL("stopMonitor failed, return err = 0x%x", kBadValue),
-                      [](JScanEngine& engine) { return engine.stopMonitor(); });
+    EngineNative engine(env, thiz);
+    if (!engine.usable(SCAN_SITE)) {
+        return kBadValue;
+    }
+    int32_t ret = engine->stopMonitor();
+    if (ret != 0) {
+        BLOGE_RAW("stopMonitor failed, return err = 0x%x", ret);
+        return kBadValue;
+    }
+    return 0;
 }
 
 const JNINativeMethod gMethods[] = {

@@ -117,73 +117,52 @@ public:
         XLOGI(" \n");
         return ScanConfigPeer::getSbScanConfigObject();
     }
-    int checkScanMaps() override {
-        return mRefs.callCheckSettings(gFields.checkScanMapsId, SCAN_SITE);
-    }
-    void onStatus(int status) override {
-        mRefs.callOnStatus(gFields.onStatusId, status, SCAN_SITE);
-    }
+    int checkScanMaps() override { return callCheckSettings(gFields.checkScanMapsId, SCAN_SITE); }
+    void onStatus(int status) override { callOnStatus(gFields.onStatusId, status, SCAN_SITE); }
 
     SB_DVB_SCAN_DATA_T& block() { return mBlock; }
-    jobject javaObject() const { return mRefs.object; }
+    jobject javaObject() const { return mRefs.object(); }
 
 protected:
     ~JNativeDvbtScanConfig() override {
-        if (!mRefs.release(SCAN_SITE, this)) {
+        if (!releaseRefs(SCAN_SITE)) {
             BLOGD_RAW("JNativeDvbtScanConfig, jenv is null, going to abort().");
             abort();
         }
     }
 };
 
-extern "C" int32_t _native_sb_dvb_scan_maps_notify(SCAN_MAPS_CMD_T cmd, char* country,
-                                                   void* pv_input, void* pv_output,
-                                                   uint32_t* pz_output_len, void* pv_tag) {
-    SCAN_ASSERT(pv_output != NULL);
-    SCAN_ASSERT(pz_output_len != NULL);
-    if (pv_tag == nullptr) {
-        BLOGD_RAW("_native_sb_dvb_scan_maps_notify, pv_tag(native config instance) is NULL!");
-        return 0;
-    }
-    ScanMapsCall call(SCAN_SITE, country);
-    JNIEnv* env = call.env();
+namespace {
 
-    CommandKind kind = commandKind(cmd);
-    jint input[kTextInputInts] = {};
-    jsize inputLen = 1;
+// The first stage of a command: its size check and its input. False, after the error line,
+// when the output buffer is too small or command 27 or 28 comes without input.
+bool prepareCommand(const ScanSite& site, SCAN_MAPS_CMD_T cmd, CommandKind kind, void* pv_input,
+                    uint32_t* pz_output_len, jint* input, jsize* inputLen) {
+    *inputLen = 1;
     input[0] = static_cast<jint>(reinterpret_cast<uintptr_t>(pv_input));
     uint32_t required = requiredOutputLen(kind);
-    if (required != 0) {
-        if (*pz_output_len < required || (kind == CommandKind::kText16 && pv_input == nullptr)) {
-            BLOGE_RAW("_native_sb_dvb_scan_maps_notify, [%d][%d] invalid buffer size: %d.", cmd,
-                      __LINE__, *pz_output_len);
-            call.keepAttached();
-            return -6;
-        }
-        *pz_output_len = required;
-        if (kind == CommandKind::kText16) {
-            inputLen = buildTextInput(static_cast<const SB_DVB_SCAN_MAPS_TEXT_INPUT_T*>(pv_input),
-                                      input);
-        }
-    } else {
-        BLOGD_RAW("_native_sb_dvb_scan_maps_notify, bypass command: %d", cmd);
+    if (required == 0) {
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "_native_sb_dvb_scan_maps_notify, bypass command: %d",
+                 cmd);
+        return true;
     }
-
-    ScopedLocalRef<jintArray> intInput(env, call.newInput(input, inputLen));
-    jsize outputLen = 1;
-    if (*pz_output_len >= 5) {
-        outputLen = static_cast<jsize>(*pz_output_len);
-    } else {
-        XLOGI(" \n");
+    if (*pz_output_len < required || (kind == CommandKind::kText16 && pv_input == nullptr)) {
+        SITE_LOG_RAW(site, BRINOVA_LOG_ERROR,
+                 "_native_sb_dvb_scan_maps_notify, [%d][%d] invalid buffer size: %d.", cmd,
+                 site.line, *pz_output_len);
+        return false;
     }
-    ScopedLocalRef<jintArray> intOutput(env, call.newOutput(outputLen));
-    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
-    env->CallVoidMethod(javaConfig, gFields.onScanMapCommandsId, static_cast<jint>(cmd),
-                        call.country(), intInput.get(), intOutput.get());
-    clearJavaException(env, SCAN_SITE, "onScanMapCommands");
-    std::vector<jint> output(outputLen);
-    call.readOutput(intOutput.get(), outputLen, output.data());
+    *pz_output_len = required;
+    if (kind == CommandKind::kText16) {
+        *inputLen =
+            buildTextInput(static_cast<const SB_DVB_SCAN_MAPS_TEXT_INPUT_T*>(pv_input), input);
+    }
+    return true;
+}
 
+// The second stage: Java's answer written into the builder's buffer as the command says.
+void writeAnswer(const ScanSite& site, SCAN_MAPS_CMD_T cmd, CommandKind kind, const jint* output,
+                 void* pv_output, uint32_t* pz_output_len) {
     switch (kind) {
         case CommandKind::kWord32:
             *static_cast<uint32_t*>(pv_output) = static_cast<uint32_t>(output[0]);
@@ -197,7 +176,7 @@ extern "C" int32_t _native_sb_dvb_scan_maps_notify(SCAN_MAPS_CMD_T cmd, char* co
             rules->ui2_num_rules = static_cast<uint16_t>(output[0]);
             for (int i = 0; i < output[0] && i < SB_DVB_SCAN_MAPS_MAX_RULES; ++i) {
                 rules->aui4_rule[i] = static_cast<uint32_t>(output[i + 1]);
-                XLOGI(", rules:%d\n", output[i + 1]);
+                SITE_XLOGI(site, ", rules:%d\n", output[i + 1]);
             }
             break;
         }
@@ -205,14 +184,54 @@ extern "C" int32_t _native_sb_dvb_scan_maps_notify(SCAN_MAPS_CMD_T cmd, char* co
             if (*pz_output_len != 0) {
                 *static_cast<uint8_t*>(pv_output) = output[0] != 0 ? 1 : 0;
                 *pz_output_len = 1;
-                BLOGD_RAW("_native_sb_dvb_scan_maps_notify, SCAN_MAPS_CMD: %d, line:%d, output:%d",
-                          cmd, __LINE__, output[0]);
+                SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG,
+                         "_native_sb_dvb_scan_maps_notify, SCAN_MAPS_CMD: %d, line:%d, output:%d",
+                         cmd, site.line, output[0]);
             }
             break;
         case CommandKind::kBypass:
-            BLOGD_RAW("_native_sb_dvb_scan_maps_notify, bypass command:[%d] %d", cmd, __LINE__);
+            SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "_native_sb_dvb_scan_maps_notify, bypass command:[%d] %d",
+                     cmd, site.line);
             break;
     }
+}
+
+}  // namespace
+
+extern "C" int32_t _native_sb_dvb_scan_maps_notify(SCAN_MAPS_CMD_T cmd, char* country,
+                                                   void* pv_input, void* pv_output,
+                                                   uint32_t* pz_output_len, void* pv_tag) {
+    SCAN_ASSERT(pv_output != NULL);
+    SCAN_ASSERT(pz_output_len != NULL);
+    if (pv_tag == nullptr) {
+        BLOGD_RAW("_native_sb_dvb_scan_maps_notify, pv_tag(native config instance) is NULL!");
+        return 0;
+    }
+    ScanMapsCall call(SCAN_SITE, country);
+    JNIEnv* env = call.env();
+
+    const CommandKind kind = commandKind(cmd);
+    jint input[kTextInputInts] = {};
+    jsize inputLen = 1;
+    if (!prepareCommand(SCAN_SITE, cmd, kind, pv_input, pz_output_len, input, &inputLen)) {
+        call.keepAttached();
+        return -6;
+    }
+    ScopedLocalRef<jintArray> intInput(env, call.newInput(SCAN_SITE, input, inputLen));
+    jsize outputLen = 1;
+    if (*pz_output_len >= 5) {
+        outputLen = static_cast<jsize>(*pz_output_len);
+    } else {
+        XLOGI(" \n");
+    }
+    ScopedLocalRef<jintArray> intOutput(env, call.newOutput(SCAN_SITE, outputLen));
+    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
+    env->CallVoidMethod(javaConfig, gFields.onScanMapCommandsId, static_cast<jint>(cmd),
+                        call.country(), intInput.get(), intOutput.get());
+    checkJavaException(env, SCAN_SITE, "onScanMapCommands");
+    std::vector<jint> output(outputLen);
+    call.readOutput(intOutput.get(), outputLen, output.data());
+    writeAnswer(SCAN_SITE, cmd, kind, output.data(), pv_output, pz_output_len);
     return 0;
 }
 
@@ -234,12 +253,13 @@ extern "C" void _native_sb_service_update_notify(SB_DVB_SVC_UPDATE_NFY_DATA_T* d
     JNIEnv* env = thread.env();
     jint counts[2] = {data->ui2_num_added, data->ui2_num_deleted};
     BLOGD("add=%d,del=%d", counts[0], counts[1]);
-    ScopedLocalRef<jintArray> intInput(env, env->NewIntArray(2));
-    SCAN_ASSERT(intInput.get() != NULL);
-    env->SetIntArrayRegion(intInput.get(), 0, 2, counts);
+    jintArray intInput = env->NewIntArray(2);
+    SCAN_ASSERT(intInput != NULL);
+    ScopedLocalRef<jintArray> inputRef(env, intInput);
+    env->SetIntArrayRegion(intInput, 0, 2, counts);
     env->CallVoidMethod(static_cast<jobject>(pv_nfy_tag), gFields.onDvbtServiceUpdateNotifyId,
-                        intInput.get());
-    clearJavaException(env, SCAN_SITE, "onDvbtServiceUpdateNotify");
+                        intInput);
+    checkJavaException(env, SCAN_SITE, "onDvbtServiceUpdateNotify");
 }
 
 namespace {
@@ -251,33 +271,33 @@ sp<JINativeScanConfig> setDvbtScanConfig(JNIEnv* env, jobject thiz,
 }
 
 jint com_brinova_tv_orvella_scan_native_setup(JNIEnv* env, jobject thiz, jobject settings) {
+    JavaCallerScope scope(env);
     BLOGD("enter");
     sp<JNativeDvbtScanConfig> config = new JNativeDvbtScanConfig(env, thiz);
 
     ScopedLocalRef<jstring> country(
         env, static_cast<jstring>(env->CallObjectMethod(settings, gFields.scanSettings.getCountryId)));
-    clearJavaException(env, SCAN_SITE, "getCountry");
+    checkJavaException(env, SCAN_SITE, "getCountry");
     if (country.get() == nullptr) {
-        BLOGE_RAW("[%s][%s][%d] Get country id failed.", SCAN_SOURCE_NAME, __FUNCTION__, __LINE__);
+        BLOGE_FILE(" Get country id failed.");
         return 0;
     }
     ScopedUtfChars countryChars(env, country.get());
     if (countryChars.c_str() == nullptr) {
-        BLOGE_RAW("[%s][%s][%d] Out of memory.", SCAN_SOURCE_NAME, __FUNCTION__, __LINE__);
+        BLOGE_FILE(" Out of memory.");
         return -4;
     }
     ScopedLocalRef<jstring> uiLanguage(
         env,
         static_cast<jstring>(env->CallObjectMethod(settings, gFields.scanSettings.getUiLanguageId)));
-    clearJavaException(env, SCAN_SITE, "getUiLanguage");
+    checkJavaException(env, SCAN_SITE, "getUiLanguage");
     if (uiLanguage.get() == nullptr) {
-        BLOGE_RAW("[%s][%s][%d] Get uiLanguage id failed.", SCAN_SOURCE_NAME, __FUNCTION__,
-                  __LINE__);
+        BLOGE_FILE(" Get uiLanguage id failed.");
         return 0;
     }
     ScopedUtfChars languageChars(env, uiLanguage.get());
     if (languageChars.c_str() == nullptr) {
-        BLOGE_RAW("[%s][%s][%d] Out of memory.", SCAN_SOURCE_NAME, __FUNCTION__, __LINE__);
+        BLOGE_FILE(" Out of memory.");
         return -4;
     }
     XLOGI(" uiLanguage=%s\n", languageChars.c_str());
@@ -285,18 +305,18 @@ jint com_brinova_tv_orvella_scan_native_setup(JNIEnv* env, jobject thiz, jobject
     SB_DVB_SCAN_DATA_T& block = config->block();
     x_memset(&block, 0, sizeof(block));
     jint scanType = env->CallIntMethod(settings, gFields.scanSettings.getScanTypeId);
-    clearJavaException(env, SCAN_SITE, "getScanType");
-    BLOGD_RAW("[%d] scanType=%d", __LINE__, scanType);
+    checkJavaException(env, SCAN_SITE, "getScanType");
+    BLOGD_LINE(" scanType=%d", scanType);
     block.e_scan_type = builderScanType(scanType);
     if (block.e_scan_type == 0) {
-        BLOGD_RAW("[%d] un-implement scan type.", __LINE__);
+        BLOGD_LINE(" un-implement scan type.");
     }
     jint updateType = env->CallIntMethod(settings, gFields.scanSettings.getServiceUpdateTypeId);
-    clearJavaException(env, SCAN_SITE, "getServiceUpdateType");
-    BLOGD_RAW("[%d] serviceUpdateType=%d", __LINE__, updateType);
+    checkJavaException(env, SCAN_SITE, "getServiceUpdateType");
+    BLOGD_LINE(" serviceUpdateType=%d", updateType);
     block.e_svc_update_type = builderUpdateType(updateType);
     if (block.e_svc_update_type == 0) {
-        BLOGD_RAW("[%d] un-implement update type.", __LINE__);
+        BLOGD_LINE(" un-implement update type.");
     }
     x_strncpy(block.t_country_code, countryChars.c_str(), 3);
     block.t_country_code[3] = '\0';
@@ -310,6 +330,7 @@ jint com_brinova_tv_orvella_scan_native_setup(JNIEnv* env, jobject thiz, jobject
 }
 
 jint com_brinova_tv_orvella_scan_native_release(JNIEnv* env, jobject thiz) {
+    JavaCallerScope scope(env);
     setDvbtScanConfig(env, thiz, nullptr);
     return 0;
 }

@@ -29,37 +29,53 @@ protected:
 };
 
 /*
- * What every standard's configuration holds after its parameter block: a weak global
- * reference to the Java config object, a global reference to its class, and a spare word.
+ * The parameter block of the standard, then what every standard's configuration holds after
+ * it: a weak global reference to the Java config object, a global reference to its class,
+ * and a spare word.
  */
-struct ScanConfigRefs {
-    jobject object = nullptr;  /* weak global reference */
-    jclass clazz = nullptr;    /* global reference */
-    uint32_t spare = 0;
-
-    void take(JNIEnv* env, jobject obj, const ScanSite& site);
-    /* Deletes both references. Returns false, touching nothing, when there is no JavaVM:
-     * the caller then logs its own line and aborts. */
-    bool release(const ScanSite& site, const void* config);
-    /* Java checkSettings() and onStatus(int), from whatever thread calls. */
-    int callCheckSettings(jmethodID checkSettings, const ScanSite& site) const;
-    void callOnStatus(jmethodID onStatus, int status, const ScanSite& site) const;
-};
-
-/* The parameter block of the standard, then the Java references. */
 template <typename Block>
 class ScanConfigPeer : public virtual JINativeScanConfig {
 public:
     void* getSbScanParams(int /* unused */) override { return &mBlock; }
-    jobject getSbScanConfigObject() override { return mRefs.object; }
+    jobject getSbScanConfigObject() override { return mRefs.object(); }
 
 protected:
     ScanConfigPeer(JNIEnv* env, jobject obj, const ScanSite& site) : mBlock() {
         mRefs.take(env, obj, site);
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "native config create instance");
+    }
+
+    /* Deletes both references on this thread (attached for it if need be). Returns false,
+     * touching nothing, when there is no JavaVM: the caller then logs its own line and
+     * aborts. */
+    bool releaseRefs(const ScanSite& site) {
+        if (javaVM == nullptr) {
+            return false;
+        }
+        ScopedJniThread thread(site, ScopedJniThread::kRet);
+        mRefs.release(thread.env());
+        mSpare = 0;
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "native config release instance, %p", this);
+        return true;
+    }
+
+    /* Java checkSettings() and onStatus(int), from whatever thread calls. */
+    int callCheckSettings(jmethodID checkSettings, const ScanSite& site) {
+        ScopedJniThread thread(site, ScopedJniThread::kSts);
+        int ret = thread.env()->CallIntMethod(mRefs.object(), checkSettings);
+        checkJavaException(thread.env(), site, "checkSettings");
+        SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "native checkScanMaps, %d", ret);
+        return ret;
+    }
+    void callOnStatus(jmethodID onStatus, int status, const ScanSite& site) {
+        ScopedJniThread thread(site, ScopedJniThread::kSts);
+        thread.env()->CallVoidMethod(mRefs.object(), onStatus, status);
+        checkJavaException(thread.env(), site, "onStatus");
     }
 
     Block mBlock;
-    ScanConfigRefs mRefs;
+    JavaPeerRefs mRefs;
+    uint32_t mSpare = 0;  // read by nothing; kept with the layout every standard shares
 };
 
 /*
@@ -73,15 +89,15 @@ public:
     ~ScanMapsCall();
     JNIEnv* env() const { return mThread.env(); }
     jstring country() const { return mCountry; }
-    /* Both arrays are local references owned by the caller. */
-    jintArray newInput(const jint* values, jsize count);
-    jintArray newOutput(jsize count);
+    /* Both arrays are local references owned by the caller; a failed allocation ends the
+     * process at `site`. */
+    jintArray newInput(const ScanSite& site, const jint* values, jsize count);
+    jintArray newOutput(const ScanSite& site, jsize count);
     void readOutput(jintArray output, jsize count, jint* into);
     /* The too-small-buffer answer leaves a thread attached here attached; kept so. */
     void keepAttached() { mThread.keepAttached(); }
 
 private:
-    ScanSite mSite;
     ScopedJniThread mThread;
     jstring mCountry = nullptr;
 };

@@ -11,7 +11,6 @@
 #include <stdint.h>
 
 #include <atomic>
-#include <deque>
 #include <list>
 #include <mutex>
 
@@ -69,15 +68,32 @@ protected:
     ~JScanEngine() override;
 
 private:
-    void sbEventThreadLoop();
-    bool popEvent(SB_EVENT* event);
-    bool peekEvent(SB_EVENT* event);
-    void clearEvents();
-    int32_t progressOf(uint32_t reason, uint32_t data);
-    /* Calls `hook` on every attached extension, front to back. */
+    enum class ListKind { kSvl, kTsl, kNwl };
+    /* Which words the list unregistrations are logged with. */
+    enum class ListLog { kClose, kDestructor };
+
+    /* Helpers of the operations: each logs at the site its caller passes. */
+    int32_t registerLists(const ScanSite& site, uint16_t listId);
+    void unregisterLists(const ScanSite& site, ListLog log);
+    void logListUnregistered(const ScanSite& site, ListKind list, bool ok, ListLog log);
+    /* Calls `hook` on every attached extension, front to back, after `announce` if given;
+     * an empty list is logged as such. */
     template <typename Hook>
-    void forEachExtension(Hook hook);
-    void unregisterLists();
+    void walkExtensions(const ScanSite& site, const char* announce, Hook hook);
+    void preScanExtensions(const ScanSite& site, void* params);
+    void detachExtensions(const ScanSite& site);
+    void completeExtensions(const ScanSite& site);
+
+    void sbEventThreadLoop();
+    bool peekEvent(SB_EVENT* event);
+    bool popEvent();  /* true when the removal freed a block of the queue */
+    void clearEvents();
+    void handleEvent(const ScanSite& site, const SB_EVENT& event);
+    void deliverScanEnd(const ScanSite& site, JNIEnv* env, uint32_t reason);
+    void deliverProgress(const ScanSite& site, JNIEnv* env, const SB_EVENT& event);
+    void deliverFrequency(const ScanSite& site, JNIEnv* env, uint32_t frequency);
+    void advanceProgress(uint32_t reason, uint32_t data);
+    int32_t progressOf(uint32_t reason, uint32_t data);
 
     JINativeScanConfig* mScanConfig = nullptr;
     Mutex mLock;
@@ -92,7 +108,7 @@ private:
     HANDLE_T mPipelineHandle = NULL_HANDLE;
     jobject mPipelineObject = nullptr;
     std::list<int64_t> mListExtension;
-    std::deque<SB_EVENT> mEventQueue;
+    SbEventQueue mEventQueue;
     std::mutex mEventQueueLock;  // the queue is shared by the builder's threads and ours
     std::atomic<pthread_t> mSbEventThread{0};
     sem_t mSbEventSem;

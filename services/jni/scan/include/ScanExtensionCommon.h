@@ -26,14 +26,6 @@ constexpr jint kExtensionFailed = -6;
 /* The longest int[] an extension native accepts unless its class says otherwise. */
 constexpr jsize kExtensionArrayLimit = 50;
 
-/* Where an extension native reports from: its tag, line and function name. */
-struct NativeSite {
-    const char* tag;
-    int line;
-    const char* function;
-};
-#define NATIVE_SITE (::android::NativeSite{LOG_TAG, __LINE__, __FUNCTION__})
-
 /* The handle Java keeps for an extension (its address) and the extension it names. */
 jint extensionHandleOf(JINativeScanExtension* extension);
 template <typename Extension>
@@ -43,78 +35,49 @@ Extension* extensionOf(jint handle) {
 }
 
 /*
- * The Java object an extension belongs to: a global reference to its class and a weak
- * global reference to the object itself (`mObject`), the target of every callback.
+ * The usual peer of an extension: the references to its Java object, taken by the
+ * constructor's steps and released on the environment that created them.
  */
-class ExtensionJavaRefs {
+class ExtensionPeer {
 public:
     /* How the constructor's last line reads: with the three pointers, or bare. */
     enum class CreateLog { kWithPointers, kBare };
 
-    /* The constructor steps: class name, GetObjectClass (asserting), both references. */
-    void take(JNIEnv* env, jobject thiz, const void* extension, const char* className,
-              CreateLog createLog, const ScanSite& site);
-    /* Deletes what is held on `env` and forgets it. */
-    void release(JNIEnv* env);
-    jobject object() const { return mObject; }
-
-private:
-    jclass mClass = nullptr;
-    jobject mObject = nullptr;
-};
-
-/* The usual peer: the references, released on the environment that created them. */
-class ExtensionPeer {
-public:
     ExtensionPeer(JNIEnv* env, jobject thiz, const void* extension, const char* className,
-                  const ScanSite& site,
-                  ExtensionJavaRefs::CreateLog createLog = ExtensionJavaRefs::CreateLog::kWithPointers);
+                  const ScanSite& site, CreateLog createLog = CreateLog::kWithPointers);
     ~ExtensionPeer();
     jobject object() const { return mRefs.object(); }
+
+    /* The constructor's steps for an extension that keeps no creating environment. */
+    static void take(JavaPeerRefs& refs, JNIEnv* env, jobject thiz, const void* extension,
+                     const char* className, CreateLog createLog, const ScanSite& site);
 
     ExtensionPeer(const ExtensionPeer&) = delete;
     ExtensionPeer& operator=(const ExtensionPeer&) = delete;
 
 private:
-    ExtensionJavaRefs mRefs;
+    JavaPeerRefs mRefs;
     JNIEnv* mCreatingEnv;
 };
 
 /*
- * The JNIEnv of the calling thread, attached here if needed and detached again when the
- * scope ends (the platform's JniEnvAttacher). Unlike ScopedJniThread it never ends the
- * process: env() is null when no environment can be had.
+ * Checks the length of a native's int[] against the class's limit and logs a refusal at the
+ * native's site. Returns the length, or -1 when refused.
  */
-class JniEnvAttacher {
-public:
-    JniEnvAttacher();
-    ~JniEnvAttacher();
-    JNIEnv* env() const { return mEnv; }
-
-    JniEnvAttacher(const JniEnvAttacher&) = delete;
-    JniEnvAttacher& operator=(const JniEnvAttacher&) = delete;
-
-private:
-    JNIEnv* mEnv = nullptr;
-    bool mAttached = false;
-};
-
-/*
- * Checks the length of a native's int[] against the class's limit and logs a refusal with
- * the native's own line and function name. Returns the length, or -1 when refused.
- */
-jsize checkExtensionArray(JNIEnv* env, jintArray array, jsize limit, const NativeSite& site);
+jsize checkExtensionArray(JNIEnv* env, jintArray array, jsize limit, const ScanSite& site);
 
 /*
  * One call of an extension native through its int[]: element 0 the status out, element 1
  * the native handle in, the rest the native's own inputs and outputs. The array is copied
  * into a zeroed buffer of the class's limit; finish() writes back the array's own length.
+ * The call carries the native's site: the operations it is handed to log with it.
  */
 template <jsize Limit>
 class IntArrayCall {
 public:
-    IntArrayCall(JNIEnv* env, jintArray array, const NativeSite& site)
-        : mEnv(env), mArray(array), mLength(checkExtensionArray(env, array, Limit, site)) {
+    IntArrayCall(JNIEnv* env, jintArray array, const ScanSite& site)
+        : mEnv(env), mArray(array), mSite(site),
+          mLength(checkExtensionArray(env, array, Limit, site)) {
         if (mLength > 0) {
             env->GetIntArrayRegion(array, 0, mLength, mElements.data());
         }
@@ -122,6 +85,7 @@ public:
 
     /* False when the length was refused: the native then answers 0, the array untouched. */
     bool accepted() const { return mLength > 0; }
+    const ScanSite& site() const { return mSite; }
     jint& operator[](size_t index) { return mElements[index]; }
     jint handle() const { return mElements[1]; }
     template <typename Extension>
@@ -143,6 +107,7 @@ public:
 private:
     JNIEnv* mEnv;
     jintArray mArray;
+    ScanSite mSite;
     jsize mLength;
     std::array<jint, Limit> mElements{};
 };
@@ -152,7 +117,8 @@ private:
  * element 1 (element 0 = 0). The object lives for ever: nothing in the library owns it.
  */
 template <typename Extension, jsize Limit = kExtensionArrayLimit>
-jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const NativeSite& site) {
+jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const ScanSite& site) {
+    JavaCallerScope scope(env);
     IntArrayCall<Limit> call(env, array, site);
     if (!call.accepted()) {
         return 0;
@@ -160,7 +126,7 @@ jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const NativeSite
     jint handle = extensionHandleOf(new Extension(env, thiz));
     call[0] = 0;
     call[1] = handle;
-    BLOG_PRINT(BRINOVA_LOG_DEBUG, site.tag, "[%s][%d][%d]\n", site.function, site.line, handle);
+    SITE_LOGD(site, "[%d]\n", handle);
     return call.finish(0);
 }
 
@@ -169,8 +135,9 @@ jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const NativeSite
  * element 1, one of its operations, and the status written back and returned.
  */
 template <typename Extension, jsize Limit>
-jint extensionCall(JNIEnv* env, jintArray array, const NativeSite& site,
+jint extensionCall(JNIEnv* env, jintArray array, const ScanSite& site,
                    jint (Extension::*operation)(IntArrayCall<Limit>&)) {
+    JavaCallerScope scope(env);
     IntArrayCall<Limit> call(env, array, site);
     if (!call.accepted()) {
         return 0;
@@ -211,13 +178,14 @@ void callJavaCallbacks(jobject object, std::initializer_list<jmethodID> callback
                        const ScanSite& site);
 
 /*
- * The registration steps of an extension class: its natives, "<function> OK.", the class
- * found again and its callbacks cached (each asserting with its own text). Returns 1, or
- * 0 after "Failed to register tuner native methods".
+ * The registration steps of an extension class: its natives, "<function> OK." with the
+ * registration function's name from `site`, the class found again and its callbacks cached
+ * (each asserting with its own text). Returns 1, or 0 after "Failed to register tuner
+ * native methods".
  */
 int registerExtensionClass(JNIEnv* env, const char* className, const JNINativeMethod* methods,
                            int count, const MethodSpec* callbacks, size_t callbackCount,
-                           const ScanSite& site, const char* functionName);
+                           const ScanSite& site);
 
 /* Builder keys: an index passed as the key info, and a small value passed by value. */
 inline SB_KEY_INFO_T keyIndex(uint32_t index) {

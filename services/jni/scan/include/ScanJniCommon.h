@@ -24,29 +24,21 @@ int registerNativeMethods(JNIEnv* env, const char* className, const JNINativeMet
 
 /*
  * Ends the process when `cond` does not hold. The condition text is that of the expanded
- * condition (so NULL reads __null and JNI_OK reads (0)); the message names the source
- * file (SCAN_SOURCE_NAME, defined by each file with LOG_TAG) and the line.
+ * condition (so NULL reads __null and JNI_OK reads (0)); the message names the calling file
+ * (SCAN_SOURCE_NAME) and the line of the assertion.
  */
 #define SCAN_ASSERT(cond) SCAN_ASSERT_EXPANDED_(!(cond))
-#define SCAN_ASSERT_EXPANDED_(failed)                                                    \
-    do {                                                                                 \
-        if (failed) {                                                                    \
-            __android_log_assert(#failed, LOG_TAG, SCAN_SOURCE_NAME " FATAL Error at :%d", \
-                                 __LINE__);                                              \
-        }                                                                                \
+#define SCAN_ASSERT_EXPANDED_(failed)                        \
+    do {                                                     \
+        if (failed) {                                        \
+            ::android::scanFatal(SCAN_SITE, #failed);        \
+        }                                                    \
     } while (0)
 
 namespace android {
 
-/* Where a shared helper reports from: the calling file's tag and source name. */
-struct ScanSite {
-    const char* tag;
-    const char* source;
-};
-#define SCAN_SITE (::android::ScanSite{LOG_TAG, SCAN_SOURCE_NAME})
-
-/* Fatal assertion with an explicit condition text, for table-driven checks. */
-[[noreturn]] void scanFatal(const ScanSite& site, const char* condText, int line);
+/* Fatal assertion with an explicit condition text: "<source> FATAL Error at :<line>". */
+[[noreturn]] void scanFatal(const ScanSite& site, const char* condText);
 
 /*
  * The calling thread's JNIEnv: GetEnv (JNI 1.4), or else AttachCurrentThread, in which case
@@ -57,8 +49,8 @@ JNIEnv* getOrAttachEnv(bool* attachedHere);
 /*
  * The JNIEnv of the calling thread for the length of a call: GetEnv (JNI 1.4), or else
  * AttachCurrentThread, which is detached again when the scope ends. A failed attach or
- * detach ends the process; the assertion texts name the status variable `sts` (the
- * callbacks' wording) or `ret` (the engine's).
+ * detach ends the process at the caller's site; the assertion texts name the status
+ * variable `sts` (the callbacks' wording) or `ret` (the engine's).
  * With no JavaVM recorded, env() is null and nothing is attached: the caller decides.
  */
 class ScopedJniThread {
@@ -82,11 +74,73 @@ private:
 };
 
 /*
- * After every call into Java: nothing of ours throws across the JNI boundary, and a JNI
- * call with an exception pending is illegal. A pending exception is logged at error level
- * with `what` and cleared; returns true when there was one.
+ * The JNIEnv of the calling thread, attached here if needed and detached again when the
+ * scope ends. Unlike ScopedJniThread it never ends the process: env() is null when no
+ * environment can be had (for a destructor that may run on any thread).
  */
-bool clearJavaException(JNIEnv* env, const ScanSite& site, const char* what);
+class ScanEnvAttacher {
+public:
+    ScanEnvAttacher();
+    ~ScanEnvAttacher();
+    JNIEnv* env() const { return mEnv; }
+
+    ScanEnvAttacher(const ScanEnvAttacher&) = delete;
+    ScanEnvAttacher& operator=(const ScanEnvAttacher&) = delete;
+
+private:
+    JNIEnv* mEnv = nullptr;
+    bool mAttached = false;
+};
+
+/*
+ * Open for the length of a native that Java called. A Java exception thrown by a method the
+ * native calls on this thread (itself, or through a builder callback that runs synchronously
+ * under it) is taken out and kept, so that the native finishes its steps with JNI clean; it
+ * is thrown again as the scope ends, just before the native returns to Java. The first one
+ * is kept; later ones are logged and cleared. Scopes nest with nested natives.
+ */
+class JavaCallerScope {
+public:
+    explicit JavaCallerScope(JNIEnv* env);
+    ~JavaCallerScope();
+
+    JavaCallerScope(const JavaCallerScope&) = delete;
+    JavaCallerScope& operator=(const JavaCallerScope&) = delete;
+
+    /* The scope open on the calling thread for `env`, or null. */
+    static JavaCallerScope* current(JNIEnv* env);
+    /* Takes the pending exception out of `env` into the scope; false when it keeps one. */
+    bool keepPending();
+
+private:
+    JNIEnv* mEnv;
+    jthrowable mKept = nullptr;
+    JavaCallerScope* mOuter;
+};
+
+/*
+ * After every call into Java: a JNI call with an exception pending is illegal. On a thread
+ * where a native's JavaCallerScope is open the exception goes to that native's Java caller;
+ * elsewhere (builder threads, the event thread, a thread attached here) nobody can receive
+ * it, so it is logged at error level with `what` and cleared. True when there was one.
+ */
+bool checkJavaException(JNIEnv* env, const ScanSite& site, const char* what);
+
+/* A pair of global and weak global references to a Java peer object and its class. */
+class JavaPeerRefs {
+public:
+    /* GetObjectClass of `obj` (asserting "!(clazz != __null)" at `site`), a global
+     * reference to the class and a weak global reference to `obj`. */
+    void take(JNIEnv* env, jobject obj, const ScanSite& site);
+    /* Deletes what is held, on `env`, and forgets it. */
+    void release(JNIEnv* env);
+    /* The weak global reference, the target of every Java callback. */
+    jobject object() const { return mObject; }
+
+private:
+    jclass mClass = nullptr;
+    jobject mObject = nullptr;
+};
 
 /* One Java method to cache at registration; a missing one asserts with `assertText`. */
 struct MethodSpec {
