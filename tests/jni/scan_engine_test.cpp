@@ -646,6 +646,33 @@ TEST_F(ScanEngineTest, RemovalIsLoggedWhenAQueueBlockIsFreed) {
     finish(e);
 }
 
+// An error thrown by the settings check under nativeStart reaches the caller of start; the
+// start's steps still run, with JNI clean, as they do for a check that answers 0.
+TEST_F(ScanEngineTest, ErrorOfTheSettingsCheckReachesTheCallerOfStart) {
+    load(kHoldScan);
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    Engine e = Engine::create();
+    ASSERT_EQ(e.configure(config, 1), 0);
+    jobject error = harness::newObject("java/lang/AssertionError", "(Ljava/lang/Object;)V",
+                                       env_->NewStringUTF("settings broken"));
+    env_->SetObjectField(config,
+                         env_->GetFieldID(env_->GetObjectClass(config), "checkError",
+                                          "Ljava/lang/Error;"),
+                         error);
+    zelsim::clearCalls();
+    jmethodID start = env_->GetMethodID(harness::findClass(scantest::kEngineClass), "nativeStart", "()I");
+    EXPECT_EQ(env_->CallIntMethod(e.object, start), 0);
+    EXPECT_EQ(harness::exceptionText(env_), "java.lang.AssertionError: settings broken");
+    EXPECT_EQ(zelsim::calls("x_sb_start_scan").size(), 1u);
+    EXPECT_EQ(e.state(), JScanEngine::STATE_SCANNING);
+    EXPECT_EQ(scantest::events(config), (Strings{"check", "status 1"}));
+    EXPECT_TRUE(Logs::containing("mdbgin_ZelTvDvbtScanConfig_JNI", "Java exception").empty());
+    ASSERT_TRUE(zelsim::waitForLabel("hold", 5000));
+    zelsim::release("hold");
+    ASSERT_TRUE(e.awaitEnds(1));
+    finish(e);
+}
+
 using ScanEngineDeathTest = ScanEngineTest;
 
 // A list callback that cannot get its memory ends the process at its own line, not at one

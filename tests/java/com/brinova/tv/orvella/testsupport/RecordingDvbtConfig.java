@@ -14,6 +14,8 @@ public final class RecordingDvbtConfig extends ZelTvDvbtScanConfig {
     public volatile int[] answer = {0};
     /** What checkSettings answers. */
     public volatile int checkResult = 0;
+    /** When set, what the settings check throws instead of answering. */
+    public volatile Error checkError;
     public volatile int[] lastInput;
     public volatile int lastOutputLength = -1;
     public volatile String lastCountry;
@@ -35,6 +37,8 @@ public final class RecordingDvbtConfig extends ZelTvDvbtScanConfig {
     @Override
     protected int validateSettings() {
         record("check");
+        Error error = checkError;
+        if (error != null) throw error;
         return checkResult;
     }
 
