@@ -1,7 +1,11 @@
-// A Java side that lacks one class of the load order: the load stops there, the classes
-// registered before it stay registered and those after it are never registered.
+// A Java side that lacks one class of the load order (ORVELLA_MISSING_CLASS): the load stops
+// at that class's row with its message, the rows before it stay registered and the rows
+// after it are never registered.
 #include <android/log.h>
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 #include "jvm_harness.h"
 
@@ -12,7 +16,32 @@
 namespace {
 
 constexpr const char* kTag = "Orvella_onLoad_scan";
-#define SCAN_CLASS(name) "com/brinova/tv/orvella/services/scan/" name
+
+// The load table's rows in order: the Java class, one of its natives (called on a bare
+// instance with zero arguments, which each native takes without harm) and the message
+// logged when the row fails. Keep it in step with ScanRegistrations.h.
+struct Row {
+    const char* javaClass;
+    const char* native;
+    const char* signature;
+    const char* failure;
+};
+const Row kRows[] = {
+    {"ZelTvScanLcnConflict", "nativeGetLcnGarbageInfo", "([I)I",
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanLcnConflict registration failed"},
+    {"ZelTvScanLcnV2ChannelList", "nativeGetLcnV2ChList", "([I)I",
+     "ERROR: scan engine native ZelTvScanLcnV2ChannelList registration failed"},
+    {"ZelTvScanTargetRegion", "nativeGetTargetRegion", "([I)I",
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanTargetRegion registration failed"},
+    {"ZelTvNameSorting", "nativeSetNameList", "([I)I",
+     "ERROR: ZelTvScanDvbtConfig native ZelTvNameSorting registration failed"},
+    {"ZelTvScanFavNetwork", "nativeGetFavNetwork", "([I)I",
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanFavNetwork registration failed"},
+    {"ZelTvDvbtScanConfig", "nativeRelease", "()I",
+     "ERROR: ZelTvScanDvbtConfig native registration failed"},
+    {"ZelTvScanEngine", "nativeSetUpWithPipelineHandle", "(I)I",
+     "ERROR: ZelTvScanEngine native registration failed"},
+};
 
 bool loadLogged(int priority, const std::string& text) {
     for (const harness::LogLine& l : harness::loadLogs()) {
@@ -21,39 +50,42 @@ bool loadLogged(int priority, const std::string& text) {
     return false;
 }
 
-// Calls an int native of `className` on a bare instance and says whether it was bound.
-bool nativeBound(const char* className, const char* name, const char* sig) {
+// Calls the row's native on a bare instance and says whether it was bound.
+bool nativeBound(const Row& row) {
     JNIEnv* env = harness::env();
-    jclass c = harness::findClass(className);
-    jmethodID m = env->GetMethodID(c, name, sig);
-    EXPECT_EQ(harness::exceptionText(env), "");
+    jclass c = harness::findClass((std::string("com/brinova/tv/orvella/services/scan/") + row.javaClass).c_str());
+    jmethodID m = env->GetMethodID(c, row.native, row.signature);
+    EXPECT_EQ(harness::exceptionText(env), "") << row.javaClass;
     jobject obj = env->AllocObject(c);
-    EXPECT_EQ(harness::exceptionText(env), "");
-    env->CallIntMethod(obj, m, 0);
+    EXPECT_EQ(harness::exceptionText(env), "") << row.javaClass;
+    const jvalue zeros[2] = {};
+    env->CallIntMethodA(obj, m, zeros);
     std::string thrown = harness::exceptionText(env);
     env->DeleteLocalRef(obj);
     env->DeleteLocalRef(c);
     EXPECT_TRUE(thrown.empty() || thrown.find("UnsatisfiedLinkError") != std::string::npos)
-        << thrown;
+        << row.javaClass << ": " << thrown;
     return thrown.empty();
 }
 
-TEST(MissingClassTest, LoadStopsAtTheMissingClass) {
+TEST(MissingClassTest, LoadStopsAtTheMissingClassRow) {
+    size_t missing = std::size(kRows);
+    for (size_t i = 0; i < std::size(kRows); ++i) {
+        if (std::string(kRows[i].javaClass) == ORVELLA_MISSING_CLASS) missing = i;
+    }
+    ASSERT_LT(missing, std::size(kRows)) << ORVELLA_MISSING_CLASS " is not a row of the load table";
     // The failed lookup's own exception is what the loading Java code receives.
-    EXPECT_EQ(harness::loadError(),
-              "java.lang.NoClassDefFoundError: " SCAN_CLASS("ZelTvScanTargetRegion"));
+    EXPECT_EQ(harness::loadError(), "java.lang.NoClassDefFoundError: "
+                                    "com/brinova/tv/orvella/services/scan/" ORVELLA_MISSING_CLASS);
     EXPECT_TRUE(loadLogged(ANDROID_LOG_ERROR, "registerNativeMethods cannot find class return false"));
-    EXPECT_TRUE(loadLogged(ANDROID_LOG_ERROR,
-                           "ERROR: ZelTvScanDvbtConfig native ZelTvScanTargetRegion registration failed"));
+    EXPECT_TRUE(loadLogged(ANDROID_LOG_ERROR, kRows[missing].failure));
     EXPECT_FALSE(loadLogged(ANDROID_LOG_DEBUG, "Scan JNI_OnLoad OK."));
-    // Rows 1 and 2 registered before the missing class stay bound.
-    EXPECT_TRUE(nativeBound(SCAN_CLASS("ZelTvScanLcnConflict"), "nativeGetLcnGarbageInfo", "([I)I"));
-    EXPECT_TRUE(nativeBound(SCAN_CLASS("ZelTvScanLcnV2ChannelList"), "nativeGetLcnV2ChList", "([I)I"));
-    // Registrations after the missing class were never attempted.
-    EXPECT_FALSE(nativeBound(SCAN_CLASS("ZelTvNameSorting"), "nativeSetNameList", "([I)I"));
-    EXPECT_FALSE(nativeBound(SCAN_CLASS("ZelTvScanFavNetwork"), "nativeGetFavNetwork", "([I)I"));
-    EXPECT_FALSE(nativeBound(SCAN_CLASS("ZelTvDvbtScanConfig"), "nativeRelease", "()I"));
-    EXPECT_FALSE(nativeBound(SCAN_CLASS("ZelTvScanEngine"), "nativeSetUpWithPipelineHandle", "(I)I"));
+    for (size_t i = 0; i < std::size(kRows); ++i) {
+        if (i == missing) continue;
+        // Rows before the missing class stay bound; the ones after it were never attempted.
+        EXPECT_EQ(nativeBound(kRows[i]), i < missing) << kRows[i].javaClass;
+        EXPECT_FALSE(loadLogged(ANDROID_LOG_ERROR, kRows[i].failure)) << kRows[i].failure;
+    }
     EXPECT_EQ(harness::checkJniWarnings(), 0);
 }
 
