@@ -13,5 +13,6 @@
 #include "x_sb_dvb.h"
 #include "x_sb_dvbc.h"
 #include "x_sb_isdb.h"
+#include "x_sb_dvbs.h"
 
 #endif /* X_MW_API_H */

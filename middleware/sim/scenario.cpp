@@ -1,6 +1,8 @@
 // Scenario parsing: JSON to steps and key answers, with the "network" shorthand
 // expanded into the notifications a real terrestrial scan produces.
 #include "scenario.h"
+#include "scenario_dvbs.h"
+#include "scenario_parse.h"
 
 #include <string.h>
 
@@ -14,68 +16,6 @@ namespace zelsim::detail {
 
 namespace {
 
-using json = nlohmann::json;
-
-struct ParseError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-[[noreturn]] void fail(const std::string& where, const std::string& what) {
-    throw ParseError(where + ": " + what);
-}
-
-void checkFields(const json& obj, const std::string& where, std::initializer_list<const char*> allowed) {
-    if (!obj.is_object()) fail(where, "expected an object");
-    for (auto it = obj.begin(); it != obj.end(); ++it) {
-        bool known = false;
-        for (const char* name : allowed) known = known || it.key() == name;
-        if (!known) fail(where, "unknown field \"" + it.key() + "\"");
-    }
-}
-
-template <typename T>
-T asNumber(const json& value, const std::string& where) {
-    if (!value.is_number_integer()) fail(where, "expected an integer");
-    if (value.is_number_unsigned()) {
-        auto v = value.get<uint64_t>();
-        if (v > static_cast<uint64_t>(std::numeric_limits<T>::max())) fail(where, "value out of range");
-        return static_cast<T>(v);
-    }
-    auto v = value.get<int64_t>();
-    if (v < static_cast<int64_t>(std::numeric_limits<T>::min()) ||
-        v > static_cast<int64_t>(std::numeric_limits<T>::max())) {
-        fail(where, "value out of range");
-    }
-    return static_cast<T>(v);
-}
-
-template <typename T>
-T field(const json& obj, const char* name, const std::string& where, std::optional<T> fallback = {}) {
-    auto it = obj.find(name);
-    if (it == obj.end()) {
-        if (!fallback) fail(where, std::string("missing \"") + name + "\"");
-        return *fallback;
-    }
-    return asNumber<T>(*it, where + "." + name);
-}
-
-std::string textField(const json& obj, const char* name, const std::string& where,
-                      std::optional<std::string> fallback = {}) {
-    auto it = obj.find(name);
-    if (it == obj.end()) {
-        if (!fallback) fail(where, std::string("missing \"") + name + "\"");
-        return *fallback;
-    }
-    if (!it->is_string()) fail(where + "." + name, "expected a string");
-    return it->get<std::string>();
-}
-
-// Copies a name into a fixed field, cut to leave a terminating zero.
-void putName(char* to, size_t size, const std::string& name) {
-    memset(to, 0, size);
-    memcpy(to, name.data(), name.size() < size ? name.size() : size - 1);
-}
-
 // A scalar shorthand ({"end": 1}) or the object form ({"end": {"reason": 1}}).
 template <typename T>
 T scalarOr(const json& v, const char* name, const std::string& where) {
@@ -84,40 +24,6 @@ T scalarOr(const json& v, const char* name, const std::string& where) {
         return field<T>(v, name, where);
     }
     return asNumber<T>(v, where);
-}
-
-std::vector<uint8_t> hexBlock(const json& v, const std::string& where) {
-    if (!v.is_string()) fail(where, "expected a hex string");
-    std::string hex;
-    for (char c : v.get<std::string>()) {
-        if (c != ' ') hex += c;
-    }
-    if (hex.size() % 2 != 0) fail(where, "odd number of hex digits");
-    std::vector<uint8_t> out;
-    for (size_t i = 0; i < hex.size(); i += 2) {
-        size_t used = 0;
-        unsigned long byte = 0;
-        try {
-            byte = std::stoul(hex.substr(i, 2), &used, 16);
-        } catch (const std::exception&) {
-            used = 0;
-        }
-        if (used != 2) fail(where, "not a hex string");
-        out.push_back(static_cast<uint8_t>(byte));
-    }
-    return out;
-}
-
-uint8_t serviceType(const json& v, const std::string& where) {
-    if (v.is_string()) {
-        const std::string t = v.get<std::string>();
-        if (t == "tv") return 0x01;
-        if (t == "radio") return 0x02;
-        if (t == "data") return 0x0C;
-        if (t == "hd") return 0x19;
-        fail(where, "unknown service type \"" + t + "\" (tv, radio, data, hd or a number)");
-    }
-    return asNumber<uint8_t>(v, where);
 }
 
 // List records, from the fields a scenario gives (the rest 0).
@@ -449,6 +355,8 @@ void parseStep(const json& j, const std::string& where, std::vector<Step>& out) 
     } else if (kind == "network") {
         expandNetwork(v, w, out);
         return;
+    } else if (parseDvbsStep(kind, v, w, s)) {
+        // a satellite step
     } else {
         fail(where, "unknown step kind \"" + kind + "\"");
     }
@@ -596,12 +504,17 @@ void parseKeys(const json& keys, const std::string& where, KeyData& out) {
 
 std::shared_ptr<Scenario> parse(const json& root) {
     checkFields(root, "scenario", {"name", "description", "step_delay_ms", "fail", "scan", "monitor",
-                                   "network", "keys"});
+                                   "network", "satellite", "keys"});
     auto sc = std::make_shared<Scenario>();
     sc->name = textField(root, "name", "scenario", "");
     sc->stepDelayMs = field<uint32_t>(root, "step_delay_ms", "scenario", 0);
     if (root.contains("scan")) parseSteps(root["scan"], "scan", sc->scan);
     if (root.contains("network")) expandNetwork(root["network"], "network", sc->scan);
+    if (root.contains("satellite")) {
+        Step satellite;
+        parseDvbsStep("satellite", root["satellite"], "satellite", satellite);
+        sc->scan.push_back(std::move(satellite));
+    }
     if (root.contains("monitor")) parseSteps(root["monitor"], "monitor", sc->monitor);
     if (root.contains("keys")) parseKeys(root["keys"], "keys", sc->keys);
     if (root.contains("fail")) {

@@ -14,6 +14,11 @@
 #include "x_mw_api.h"
 
 namespace zelsim::detail {
+struct DvbsScan;
+struct DvbsNotify;
+}  // namespace zelsim::detail
+
+namespace zelsim::detail {
 
 enum class ListKind { kSvl, kTsl, kNwl };
 const char* listName(ListKind list);
@@ -28,8 +33,10 @@ struct ChangeSpec {
 };
 
 struct Step {
-    enum class Kind { kScanMaps, kNotify, kEnd, kServiceUpdate, kListChange, kSleep, kWait, kBuilderNfy,
-                      kScanning };
+    enum class Kind {
+        kScanMaps, kNotify, kEnd, kServiceUpdate, kListChange, kSleep, kWait, kBuilderNfy,
+        kScanning, kSatellite, kDvbsNotify
+    };
     Kind kind = Kind::kNotify;
     // kNotify, kEnd
     uint32_t reason = 0;
@@ -56,6 +63,9 @@ struct Step {
     uint32_t ms = 0;
     std::string label;
     uint32_t cond = 0;
+    // kSatellite, kDvbsNotify (scenario_dvbs.h)
+    std::shared_ptr<const DvbsScan> satellite;
+    std::shared_ptr<const DvbsNotify> dvbsNotify;
 };
 
 // LCN conflict group with the services that claim its LCN.

@@ -29,7 +29,8 @@ std::string cString(const char* s) { return s ? s : ""; }
 
 bool interrupted(const Run& run) { return run.cancel || run.stop; }
 
-// Sleeps `ms` of simulated time; false when the run was cancelled or stopped meanwhile.
+}  // namespace
+
 bool pause(Run& run, uint32_t ms) {
     Sim& sim = Sim::get();
     std::unique_lock<std::mutex> lock(sim.mu);
@@ -39,6 +40,8 @@ bool pause(Run& run, uint32_t ms) {
     }
     return !interrupted(run);
 }
+
+namespace {
 
 // Blocks at a {"wait": label} step until release(label); false when interrupted instead.
 bool waitAtLabel(Run& run, const std::string& label) {
@@ -55,11 +58,24 @@ bool waitAtLabel(Run& run, const std::string& label) {
     return passed;
 }
 
+}  // namespace
+
 void notifyScan(const Run& run, uint32_t reason, uint32_t data) {
     if (run.scanNfy == nullptr) return;  // monitor mode asks for no scan notifications
     run.scanNfy(run.builder, reason, data, run.scanTag);
     Sim::get().afterCallback("scan_nfy");
 }
+
+bool endScan(Run& run, uint32_t reason) {
+    {
+        std::lock_guard<std::mutex> lock(Sim::get().mu);
+        run.ended = true;
+    }
+    notifyScan(run, reason, 0);
+    return true;
+}
+
+namespace {
 
 std::string countryOf(const Run& run, const Step& step) {
     return step.country ? *step.country : blockCountry(run);
@@ -89,14 +105,8 @@ bool playStep(Run& run, const Step& step) {
         case Step::Kind::kNotify:
             notifyScan(run, step.reason, step.data);
             return false;
-        case Step::Kind::kEnd: {
-            {
-                std::lock_guard<std::mutex> lock(Sim::get().mu);
-                run.ended = true;
-            }
-            notifyScan(run, step.reason, 0);
-            return true;
-        }
+        case Step::Kind::kEnd:
+            return endScan(run, step.reason);
         case Step::Kind::kServiceUpdate:
             blockServiceUpdate(run, step.added, step.deleted);
             return false;
@@ -111,6 +121,11 @@ bool playStep(Run& run, const Step& step) {
             return false;
         case Step::Kind::kWait:
             waitAtLabel(run, step.label);
+            return false;
+        case Step::Kind::kSatellite:
+            return playSatelliteScan(run, *step.satellite);
+        case Step::Kind::kDvbsNotify:
+            playDvbsNotify(run, *step.dvbsNotify);
             return false;
         case Step::Kind::kBuilderNfy:
             if (run.builderNfy != nullptr) {

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "scenario_parse.h"
 #include "sim_state.h"
 
 namespace zelsim {
@@ -16,6 +17,7 @@ using detail::ListKind;
 using detail::Refusal;
 using detail::Run;
 using detail::Sim;
+using detail::bytesOf;
 
 namespace {
 
@@ -24,12 +26,6 @@ template <typename Fn>
 void onSimThread(Fn fn) {
     std::thread t(fn);
     t.join();
-}
-
-template <typename Rec>
-std::vector<uint8_t> bytesOf(const Rec& r) {
-    const auto* p = reinterpret_cast<const uint8_t*>(&r);
-    return std::vector<uint8_t>(p, p + sizeof(r));
 }
 
 std::vector<uint8_t> recordFor(ListKind list, const SVL_REC_T& svl, uint16_t record) {

@@ -102,6 +102,8 @@ const Layout kLayouts[] = {
     {"sb_atsc", false, kNone, kNone, false, describeAtsc},
     {"sb_cqam", false, kNone, kNone, false, describeCqam},
     {"sb_isdb", true, offsetof(SB_ISDB_SCAN_DATA_T, pf_svc_update_nfy), kNone, false, describeIsdb},
+    // The satellite block's notifications have records of their own (sim_dvbs.cpp).
+    {"sb_dvbs", true, kNone, kNone, false, describeDvbsBlock},
 };
 
 const Layout* layoutOf(const BuilderKind* kind) {

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "scenario.h"
+#include "scenario_dvbs.h"
 #include "zel_sim.h"
 
 namespace zelsim::detail {
@@ -128,6 +129,20 @@ private:
 
 // Pointers as the 32-bit values recorded in calls.
 inline int64_t ptrArg(const void* p) { return static_cast<int64_t>(reinterpret_cast<uintptr_t>(p)); }
+
+// Sleeps `ms` of simulated time; false when the run was cancelled or stopped meanwhile.
+bool pause(Run& run, uint32_t ms);
+// Calls the run's scan notify function (none in monitor mode).
+void notifyScan(const Run& run, uint32_t reason, uint32_t data);
+// Reports the end of the scan with `reason`, after which a new start may follow; true.
+bool endScan(Run& run, uint32_t reason);
+
+// The satellite builder (sim_dvbs.cpp): a whole scan of a "satellite" step, true when it
+// reported the end; and one notification through a function of the 780-byte block.
+bool playSatelliteScan(Run& run, const DvbsScan& scan);
+void playDvbsNotify(const Run& run, const DvbsNotify& notify);
+// The 780-byte block as "field=value" texts.
+std::vector<std::string> describeDvbsBlock(const std::vector<uint8_t>& data);
 
 // Stops a run without notifying and joins its thread (detaches it when called on it).
 void stopRun(const std::shared_ptr<Run>& run);
