@@ -50,6 +50,11 @@ public class ZelTvAtscScanConfig extends ZelTvScanConfig {
         return mSettings.getEndIndex();
     }
 
+    /** Called by the native side on a scan-builder thread for every scan-maps command. */
+    void onScanMapCommands(int command, String country, int[] input, int[] output) {
+        deliverScanMapCommand(command, country, input, output);
+    }
+
     private native int nativeSetup(ZelTvAtscScanSettings settings);
 
     private native int nativeRelease();

@@ -58,6 +58,11 @@ public class ZelTvCqamScanConfig extends ZelTvScanConfig {
         return mSettings.getFreqPlan();
     }
 
+    /** Called by the native side on a scan-builder thread for every scan-maps command. */
+    void onScanMapCommands(int command, String country, int[] input, int[] output) {
+        deliverScanMapCommand(command, country, input, output);
+    }
+
     private native int nativeSetup(ZelTvCqamScanSettings settings);
 
     private native int nativeRelease();

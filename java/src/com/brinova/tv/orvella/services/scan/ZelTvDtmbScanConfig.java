@@ -45,13 +45,12 @@ public class ZelTvDtmbScanConfig extends ZelTvScanConfig {
     }
 
     /** The manual frequency is this object's own answer; every other command goes on. */
-    @Override
     void onScanMapCommands(int command, String country, int[] input, int[] output) {
         if (command == COMMAND_MANUAL_FREQUENCY && output.length > 0) {
             output[0] = mSettings.getManualFrequency();
             return;
         }
-        super.onScanMapCommands(command, country, input, output);
+        deliverScanMapCommand(command, country, input, output);
     }
 
     private native int nativeSetup(ZelTvDtmbScanSettings settings);

@@ -100,7 +100,7 @@ public class ZelTvDvbcScanConfig extends ZelTvScanConfig {
             int[] input, int[] output) {
         CableScanMapsHandler handler = mCableHandler;
         if (handler == null) {
-            onScanMapCommands(command, country, input, output);
+            deliverScanMapCommand(command, country, input, output);
             return;
         }
         ScanCallbacks.deliver("scan-maps command " + command,

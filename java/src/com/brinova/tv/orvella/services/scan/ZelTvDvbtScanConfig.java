@@ -74,6 +74,11 @@ public class ZelTvDvbtScanConfig extends ZelTvScanConfig {
         return code != null && code.length() == 3 && code.chars().allMatch(Character::isLetter);
     }
 
+    /** Called by the native side on a scan-builder thread for every scan-maps command. */
+    void onScanMapCommands(int command, String country, int[] input, int[] output) {
+        deliverScanMapCommand(command, country, input, output);
+    }
+
     /** Called by the native side on a builder thread: [0] services added, [1] deleted. */
     void onDvbtServiceUpdateNotify(int[] counts) {
         ServiceUpdateListener listener = mServiceUpdateListener;

@@ -66,6 +66,11 @@ public class ZelTvIsdbScanConfig extends ZelTvScanConfig {
         return scanIndexOf(channel);
     }
 
+    /** Called by the native side on a scan-builder thread for every scan-maps command. */
+    void onScanMapCommands(int command, String country, int[] input, int[] output) {
+        deliverScanMapCommand(command, country, input, output);
+    }
+
     private native int nativeSetup(ZelTvIsdbScanSettings settings);
 
     private native int nativeRelease();

@@ -17,8 +17,8 @@ import java.util.Set;
  * refused by {@link ZelTvScanEngine#configure}.
  *
  * <p>While a scan runs, the builder asks the configuration questions ("scan-maps commands"),
- * which arrive at {@link #onScanMapCommands} on a builder thread and are answered by the
- * {@link ScanMapsHandler}; and the engine reports the scan's state through
+ * which arrive on a builder thread at the subclass's {@code onScanMapCommands} and are
+ * answered by the {@link ScanMapsHandler}; and the engine reports the scan's state through
  * {@link #onStatus(int)} to the {@link StatusListener}. Both run synchronously inside the
  * builder or the engine: handlers must return promptly and must not call back into the
  * engine.
@@ -142,8 +142,13 @@ public abstract class ZelTvScanConfig {
         }
     }
 
-    /** Called by the native side on a scan-builder thread for every scan-maps command. */
-    void onScanMapCommands(int command, String country, int[] input, int[] output) {
+    /**
+     * Hands a scan-maps command to the {@link ScanMapsHandler}. Each standard's subclass
+     * declares the method the native side calls, {@code onScanMapCommands}, with its
+     * standard's signature (the satellite configurations answer a status, so theirs returns
+     * an int and cannot share one declaration here), and passes the command on to this.
+     */
+    final void deliverScanMapCommand(int command, String country, int[] input, int[] output) {
         ScanMapsHandler handler = mScanMapsHandler;
         if (handler != null) {
             ScanCallbacks.deliver("scan-maps command " + command,
