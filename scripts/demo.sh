@@ -9,9 +9,13 @@ usage() {
   cat <<'USAGE'
 usage: scripts/demo.sh [options]
 
+  --standard S         dvbt (default), dvbc, dtmb, atsc, cqam or isdb; each has a
+                        scenario of its own (dvbc-austria, dtmb-auto,
+                        atsc-washington, cqam-std, isdb-sao-paulo)
   --scenario NAME|PATH  simulator scenario: a name means scenarios/NAME.json,
                         anything with a slash or ending in .json is a path
-                        (default: dvbt-uk)
+                        (default: the standard's; a scenario whose name starts
+                        with a standard, such as dtmb-manual, scans that standard)
   --log-level V|D|I|W|E let the library log from this level up (default: silent)
   --time-scale X        simulated time factor (0 runs the scan as fast as it can)
   --auto                never ask; decide by the demo's stated rules
@@ -25,18 +29,22 @@ usage: scripts/demo.sh [options]
 With a terminal the demo asks for the decisions at the end of the scan (favourite
 network, target region, channel list); without one, or with --auto, it decides by rule.
 Scenarios: scenarios/README.md (dvbt-favourite-network, dvbt-target-region,
-dvbt-lcn-conflict and dvbt-lcnv2 end with decisions; dvbt-cancelled waits for a cancel).
+dvbt-lcn-conflict and dvbt-lcnv2 end with decisions; dvbt-cancelled waits for a cancel;
+dvbc-china, dtmb-manual, cqam-hrc and cqam-irc are further scans of the other standards).
 USAGE
 }
 
 die() { echo "demo: $*" >&2; exit 2; }
 
-scenario=dvbt-uk
+scenario=
+standard=
 log_level=
 time_scale=
 demo_args=()
 while [ $# -gt 0 ]; do
   case "$1" in
+    --standard) [ $# -ge 2 ] || die "--standard needs dvbt, dvbc, dtmb, atsc, cqam or isdb"; standard=$2; shift 2 ;;
+    --standard=*) standard=${1#*=}; shift ;;
     --scenario) [ $# -ge 2 ] || die "--scenario needs a name or a path"; scenario=$2; shift 2 ;;
     --scenario=*) scenario=${1#*=}; shift ;;
     --log-level) [ $# -ge 2 ] || die "--log-level needs V, D, I, W or E"; log_level=$2; shift 2 ;;
@@ -52,6 +60,25 @@ while [ $# -gt 0 ]; do
     *) usage >&2; die "unknown option: $1" ;;
   esac
 done
+
+# The standard: given, or named by the scenario's file name, or DVB-T.
+if [ -z "$standard" ]; then
+  case "$(basename "${scenario:-dvbt}")" in
+    dvbc-*|dtmb-*|atsc-*|cqam-*|isdb-*) standard=$(basename "$scenario" | cut -d- -f1) ;;
+    *) standard=dvbt ;;
+  esac
+fi
+case "$standard" in
+  dvbt) default_scenario=dvbt-uk ;;
+  dvbc) default_scenario=dvbc-austria ;;
+  dtmb) default_scenario=dtmb-auto ;;
+  atsc) default_scenario=atsc-washington ;;
+  cqam) default_scenario=cqam-std ;;
+  isdb) default_scenario=isdb-sao-paulo ;;
+  *) die "--standard takes dvbt, dvbc, dtmb, atsc, cqam or isdb, not '$standard'" ;;
+esac
+scenario=${scenario:-$default_scenario}
+demo_args+=(--standard "$standard")
 
 # A name is looked up among the project's scenarios; a path is taken from where we were called.
 case "$scenario" in

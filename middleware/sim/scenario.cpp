@@ -137,7 +137,12 @@ uint32_t uhfHz(uint32_t channel) { return (306u + 8u * channel) * 1000000u; }
 // = number of multiplexes, low half = services found on it) and, when services were found,
 // the service update and the list additions; then the end of the scan.
 void expandNetwork(const json& net, const std::string& where, std::vector<Step>& out) {
-    checkFields(net, where, {"on_id", "networks", "multiplexes", "first_svl_rec_id", "end"});
+    checkFields(net, where, {"on_id", "networks", "multiplexes", "first_svl_rec_id", "end", "progress"});
+    // Cable builders report their own percentage in the high half instead of the total.
+    const std::string progressKind = textField(net, "progress", where, "transponders");
+    if (progressKind != "transponders" && progressKind != "percent") {
+        fail(where + ".progress", "\"transponders\" or \"percent\"");
+    }
     const uint16_t onId = field<uint16_t>(net, "on_id", where, 0x233A);
     struct Network { uint16_t nwId; std::string name; uint8_t flags; uint16_t recId; };
     std::vector<Network> networks;
@@ -189,7 +194,8 @@ void expandNetwork(const json& net, const std::string& where, std::vector<Step>&
         const bool locks = !mux.contains("locks") || mux["locks"].get<bool>();
         if (!locks && !services.empty()) fail(w, "a multiplex that does not lock has no services");
         if (!locks) out.push_back(scanningStep(SB_DVBC_NFY_FREQ_UNLOCK, hz, ""));
-        out.push_back(notifyStep(SB_REASON_PROGRESS, (total << 16) | static_cast<uint32_t>(services.size())));
+        const uint32_t high = progressKind == "percent" ? static_cast<uint32_t>((m + 1) * 100 / total) : total;
+        out.push_back(notifyStep(SB_REASON_PROGRESS, (high << 16) | static_cast<uint32_t>(services.size())));
         if (services.empty()) continue;
 
         Step update;

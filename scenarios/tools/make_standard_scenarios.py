@@ -91,7 +91,8 @@ def dvbc_austria():
         "354 MHz does not lock. The builder asks its scan-maps questions first (one with a service "
         "name, a too-small buffer and two unknown commands among them) and reports the network name.",
         steps,
-        {"on_id": 0x0A01, "networks": [{"nw_id": 0x0A01, "name": "Magenta"}], "multiplexes": muxes},
+        {"on_id": 0x0A01, "networks": [{"nw_id": 0x0A01, "name": "Magenta"}], "progress": "percent",
+         "multiplexes": muxes},
         delay=25)
 
 
@@ -124,7 +125,8 @@ def dvbc_china():
         "sb_cn_dvbc): a quick scan from the home frequency Z-19 (259 MHz) through five multiplexes "
         "on the cable Z channels with CCTV, Beijing and provincial satellite channels.",
         steps,
-        {"on_id": 0x3001, "networks": [{"nw_id": 0x3001, "name": "歌华有线"}], "multiplexes": muxes})
+        {"on_id": 0x3001, "networks": [{"nw_id": 0x3001, "name": "歌华有线"}], "progress": "percent",
+         "multiplexes": muxes})
 
 
 # ---- DTMB, China: Beijing UHF, automatic and manual ----

@@ -39,8 +39,8 @@ public final class ScanDemo {
     private static final long DEFAULT_TIMEOUT_SECONDS = 300;
     /** How long the builder may stay silent before the demo says how to cancel. */
     private static final long QUIET_HINT_NANOS = TimeUnit.SECONDS.toNanos(3);
-    private static final String USAGE =
-            "usage: ScanDemo [--auto] [--timeout SECONDS] [--cancel-after SECONDS]";
+    private static final String USAGE = "usage: ScanDemo [--standard dvbt|dvbc|dtmb|atsc|cqam|isdb]"
+            + " [--auto] [--timeout SECONDS] [--cancel-after SECONDS]";
 
     /** Names the builder sorts services by: the demo's own preference, sent before the scan. */
     private static final List<ZelTvNameSorting.Entry> NAME_LIST = List.of(
@@ -94,8 +94,12 @@ public final class ScanDemo {
         boolean auto = false;
         long timeout = DEFAULT_TIMEOUT_SECONDS;
         long cancelAfter = 0;
+        String standard = "dvbt";
         for (int i = 0; i < args.length; i++) {
             switch (args[i]) {
+                case "--standard":
+                    standard = ++i < args.length ? args[i] : "";
+                    break;
                 case "--auto":
                     auto = true;
                     break;
@@ -118,12 +122,28 @@ public final class ScanDemo {
         long scaled = Math.max(1, (long) Math.ceil(timeout * Math.max(1.0, scale)));
         int code;
         try {
-            code = new ScanDemo(auto, scaled, cancelAfter).run();
+            code = standard.equals("dvbt") ? new ScanDemo(auto, scaled, cancelAfter).run()
+                    : runStandard(standard, scaled);
         } catch (UnsatisfiedLinkError e) {
             System.err.println("scan demo: the scan library could not be loaded: " + e.getMessage());
             code = 1;
         }
         System.exit(code);
+    }
+
+    /** The scans of the other terrestrial and cable standards. */
+    private static int runStandard(String name, long timeoutSeconds) {
+        StandardDemo.Standard standard = null;
+        try {
+            standard = StandardDemo.Standard.of(name);
+        } catch (IllegalArgumentException unknown) {
+            usage("unknown standard " + name);
+        }
+        String scenario = System.getenv("ZEL_SIM_SCENARIO");
+        String scenarioName = scenario == null ? null
+                : scenario.replaceAll(".*/", "").replaceAll("\\.json$", "");
+        return new StandardDemo(standard, scenarioName, new Screen(System.console() != null),
+                timeoutSeconds).run();
     }
 
     private static long seconds(String[] args, int i, String option) {
