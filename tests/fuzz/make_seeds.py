@@ -132,3 +132,51 @@ write('terrestrial_keys_fuzz', 'channel-lists',
 write('terrestrial_keys_fuzz', 'name-list-and-limits',
       keys({}) + u8(0) + native(2, 0, [0, 0, 2, 0, 1] + [66] * 45) + native(2, 0, [0, 0] * 26)
       + native(0, 0, []) + native(3, 1, [0, 0, 1, 1, 0, 0]))
+
+
+# standard_scan_maps: standard (0 DVB-C, 1 DTMB, 2 ATSC, 3 clear QAM, 4 ISDB), cmd, output
+# length, country, the cable number, input kind, input value, [DVB-C 17/58 with kind & 1:
+# the 48-byte service record], answer length, answer.
+def standard_maps(standard, cmd, out_len, answer, country=b'AUT', value=0, record=None):
+    data = u8(standard) + u8(cmd) + u16(out_len) + country + u32(value)
+    data += u8(1 if record is not None else 0) + u32(0x42)
+    if record is not None:
+        data += record
+    return data + u8(len(answer)) + b''.join(u32(a) for a in answer)
+
+
+def service_record(words, name):
+    return struct.pack('<III', *words) + name[:36].ljust(36, b'\0')
+
+
+write('standard_scan_maps_fuzz', 'dvbc-word32', standard_maps(0, 1, 4, [306000000]))
+write('standard_scan_maps_fuzz', 'dvbc-out-of-range', standard_maps(0, 3, 4, [-1]))
+write('standard_scan_maps_fuzz', 'dvbc-boolean', standard_maps(0, 16, 1, [1]))
+write('standard_scan_maps_fuzz', 'dvbc-service-name',
+      standard_maps(0, 17, 4, [7], value=3, record=service_record((1, 0x0A01, 1001), b'ORF1 HD')))
+write('standard_scan_maps_fuzz', 'dvbc-name-unterminated',
+      standard_maps(0, 58, 2, [7], record=service_record((1, 2, 3), b'\xff' * 36)))
+write('standard_scan_maps_fuzz', 'dvbc-unknown', standard_maps(0, 60, 4, [1]))
+write('standard_scan_maps_fuzz', 'dtmb-frequency', standard_maps(1, 0, 4, [674000000], country=b'CHN'))
+write('standard_scan_maps_fuzz', 'dtmb-byte', standard_maps(1, 2, 1, [0x1FF], country=b'CHN'))
+write('standard_scan_maps_fuzz', 'dtmb-small', standard_maps(1, 0, 3, [1], country=b'CHN'))
+write('standard_scan_maps_fuzz', 'atsc-word16', standard_maps(2, 9, 2, [0x40001], country=b'USA'))
+write('standard_scan_maps_fuzz', 'atsc-bypass', standard_maps(2, 7, 16, [1, 2, 3, 4, 5], country=b'USA'))
+write('standard_scan_maps_fuzz', 'cqam-word32', standard_maps(3, 2, 4, [651000000], country=b'USA'))
+write('standard_scan_maps_fuzz', 'cqam-small', standard_maps(3, 14, 1, [1], country=b'USA'))
+write('standard_scan_maps_fuzz', 'isdb-word32', standard_maps(4, 0, 4, [473142857], country=b'BRA'))
+
+
+# dvbc_notify: per call an op (bit 0: scanning record, else service update; bit 1: keep the
+# kind as it is; 0x80: a service update with a null tag) and the record.
+def scanning(kind, payload, country=b'AUT', operator=1):
+    return u8(3 if kind > 3 else 1) + struct.pack('<i', kind) + country.ljust(4, b'\0') + \
+        struct.pack('<i', operator) + payload.ljust(36, b'\0')
+
+
+write('dvbc_notify_fuzz', 'network-name', scanning(0, b'Magenta'))
+write('dvbc_notify_fuzz', 'name-unterminated', scanning(0, b'N' * 36))
+write('dvbc_notify_fuzz', 'unlocked', scanning(1, u32(354000000)))
+write('dvbc_notify_fuzz', 'no-network-id', scanning(2, u32(0x0A01)))
+write('dvbc_notify_fuzz', 'unknown-kind', scanning(7, u32(1)))
+write('dvbc_notify_fuzz', 'service-updates', u8(0) + u16(4) + u16(1) + u8(0x80) + u16(1) + u16(0))

@@ -10,6 +10,11 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvNameSorting(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanDvbcConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanDtmbConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanEngine(JNIEnv* env);
 
 /* {registration function, message logged when it fails}, in the order of loading. */
@@ -26,6 +31,16 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanEngine(JNIEnv* env);
      "ERROR: ZelTvScanDvbtConfig native ZelTvScanFavNetwork registration failed"},      \
     {register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig,                          \
      "ERROR: ZelTvScanDvbtConfig native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbcConfig,                          \
+     "ERROR: ZelTvScanDvbcConfig native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig,                          \
+     "ERROR: ZelTvScanIsdbConfig native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig,                          \
+     "ERROR: ZelTvScanAtscConfig native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig,                          \
+     "ERROR: ZelTvScanCqamConfig native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDtmbConfig,                          \
+     "ERROR: ZelTvScanDtmbConfig native registration failed"},                          \
     {register_com_brinova_tv_orvella_scan_ZelTvScanEngine,                              \
      "ERROR: ZelTvScanEngine native registration failed"},
 

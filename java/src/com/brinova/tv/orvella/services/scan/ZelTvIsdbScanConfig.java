@@ -61,8 +61,11 @@ public class ZelTvIsdbScanConfig extends ZelTvScanConfig {
         return mSettings.getEndChannel();
     }
 
-    /** Called with a channel (the low 16 bits of the start or end). */
-    int getScanIndex(int channel) {
+    /**
+     * Called by the native side with a channel (the low 16 bits of the start or end); a
+     * subclass may number the builder's table differently.
+     */
+    protected int getScanIndex(int channel) {
         return scanIndexOf(channel);
     }
 
