@@ -4,6 +4,8 @@
 
 #include <string.h>
 
+#include <vector>
+
 #include <nativehelper/ScopedLocalRef.h>
 
 namespace android {
@@ -133,6 +135,40 @@ uint32_t readIndexRange(JNIEnv* env, jobject thiz, jint scanType, jmethodID getS
     const uint32_t end = static_cast<uint32_t>(env->CallIntMethod(thiz, getEnd));
     checkJavaException(env, site, "getScanEndIndex");
     return (start << 16) | (end & 0xFFFF);
+}
+
+sp<JINativeScanConfig> setFamilyScanConfig(JNIEnv* env, jobject thiz, const sp<JINativeScanConfig>& config,
+                                           const AtscFamilyFields& fields, const ScanSite& site,
+                                           const char* setterName) {
+    return exchangeNativeConfig(env, thiz, config, fields.getNativeConfigId,
+                                fields.setNativeConfigId, site, setterName);
+}
+
+int registerAtscFamily(JNIEnv* env, const char* configClass, const char* settingsClass,
+                       const JNINativeMethod (&methods)[2], AtscFamilyFields& fields,
+                       std::initializer_list<MethodSpec> extras, const ScanSite& site) {
+    AtscFamilyFields& f = fields;
+    std::vector<MethodSpec> specs = {
+        {&f.getNativeConfigId, "getNativeConfig", "()J", "!(gFields.getNativeConfigId != __null)"},
+        {&f.setNativeConfigId, "setNativeConfig", "(J)V", "!(gFields.setNativeConfigId != __null)"},
+        {&f.getScanTypeId, "getScanType", "()I", "!(gFields.getScanTypeId != __null)"},
+        {&f.getScanStartIndexId, "getScanStartIndex", "()I", "!(gFields.getScanStartIndexId != __null)"},
+        {&f.getScanEndIndexId, "getScanEndIndex", "()I", "!(gFields.getScanEndIndexId != __null)"},
+    };
+    specs.insert(specs.end(), extras.begin(), extras.end());
+    specs.insert(specs.end(), {
+        {&f.onScanMapCommandsId, "onScanMapCommands", "(ILjava/lang/String;[I[I)V",
+         "!(gFields.onScanMapCommandsId != __null)"},
+        {&f.onStatusId, "onStatus", "(I)V", "!(gFields.onStatusId != __null)"},
+        {&f.checkScanMapsId, "checkSettings", "()I", "!(gFields.checkScanMapsId != __null)"},
+    });
+    if (registerClass(env, configClass, methods, 2, specs.data(), specs.size(), site) == 0) {
+        return 0;
+    }
+    const MethodSpec country = {&f.scanSettings.getCountryId, "getCountry", "()Ljava/lang/String;",
+                                "!(gFields.scanSettings.getCountryId != __null)"};
+    cacheClassMethods(env, settingsClass, &country, 1, site);
+    return 1;
 }
 
 }  // namespace android

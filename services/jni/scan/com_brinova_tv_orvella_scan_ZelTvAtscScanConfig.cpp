@@ -6,8 +6,6 @@
 #include <stdint.h>
 #include <stdlib.h>
 
-#include <iterator>
-
 #include "AtscFamilyScanMaps.h"
 #include "JINativeScanConfig.h"
 #include "x_mw_api.h"
@@ -19,18 +17,7 @@ namespace {
 const char* const kConfigClass = "com/brinova/tv/orvella/services/scan/ZelTvAtscScanConfig";
 const char* const kSettingsClass = "com/brinova/tv/orvella/services/scan/ZelTvAtscScanSettings";
 
-struct fields_t {
-    jmethodID getNativeConfigId;
-    jmethodID setNativeConfigId;
-    jmethodID getScanTypeId;
-    jmethodID getScanStartIndexId;
-    jmethodID getScanEndIndexId;
-    jmethodID onScanMapCommandsId;
-    jmethodID onStatusId;
-    jmethodID checkScanMapsId;
-    struct {
-        jmethodID getCountryId;
-    } scanSettings;
+struct fields_t : AtscFamilyFields {
 };
 fields_t gFields;
 
@@ -46,24 +33,15 @@ extern "C" int32_t _native_sb_atsc_scan_maps_notify(SCAN_MAPS_ATSC_CMD_T cmd, ch
                               pz_output_len, pv_tag);
 }
 
-class JNativeAtscScanConfig : public ScanConfigPeer<SB_ATSC_SCAN_DATA_T> {
+class JNativeAtscScanConfig : public AtscFamilyConfig<SB_ATSC_SCAN_DATA_T> {
 public:
-    JNativeAtscScanConfig(JNIEnv* env, jobject obj) : ScanConfigPeer(env, obj, SCAN_SITE) {}
-
-    const char* getSbEbEngineName() override { return "sb_atsc"; }
-    void* getSbScanMapsNotify() override {
-        void* notify = reinterpret_cast<void*>(&_native_sb_atsc_scan_maps_notify);
-        BLOGD_RAW("[debug]getSbScanMapsNotify: %p", notify);
-        return notify;
-    }
-    int checkScanMaps() override { return callCheckSettings(gFields.checkScanMapsId, SCAN_SITE); }
-    void onStatus(int status) override { callOnStatus(gFields.onStatusId, status, SCAN_SITE); }
-
-    SB_ATSC_SCAN_DATA_T& block() { return mBlock; }
+    JNativeAtscScanConfig(JNIEnv* env, jobject obj)
+        : AtscFamilyConfig(env, obj, SCAN_SITE, gFields, "sb_atsc",
+                           reinterpret_cast<void*>(&_native_sb_atsc_scan_maps_notify)) {}
 
 protected:
     ~JNativeAtscScanConfig() override {
-        if (!releaseRefs(SCAN_SITE)) {
+        if (!this->releaseRefs(SCAN_SITE)) {
             BLOGI(" jenv is null, going to abort().");
             abort();
         }
@@ -74,8 +52,7 @@ namespace {
 
 sp<JINativeScanConfig> setAtscScanConfig(JNIEnv* env, jobject thiz,
                                          const sp<JINativeScanConfig>& config) {
-    return exchangeNativeConfig(env, thiz, config, gFields.getNativeConfigId,
-                                gFields.setNativeConfigId, SCAN_SITE, "setAtscScanConfig");
+    return setFamilyScanConfig(env, thiz, config, gFields, SCAN_SITE, "setAtscScanConfig");
 }
 
 jint com_brinova_tv_orvella_scan_native_setup(JNIEnv* env, jobject thiz, jobject /* settings */) {
@@ -105,24 +82,6 @@ const JNINativeMethod gMethods[] = {
     {"nativeRelease", "()I", reinterpret_cast<void*>(com_brinova_tv_orvella_scan_native_release)},
 };
 
-const MethodSpec gConfigMethods[] = {
-    {&gFields.getNativeConfigId, "getNativeConfig", "()J", "!(gFields.getNativeConfigId != __null)"},
-    {&gFields.setNativeConfigId, "setNativeConfig", "(J)V", "!(gFields.setNativeConfigId != __null)"},
-    {&gFields.getScanTypeId, "getScanType", "()I", "!(gFields.getScanTypeId != __null)"},
-    {&gFields.getScanStartIndexId, "getScanStartIndex", "()I",
-     "!(gFields.getScanStartIndexId != __null)"},
-    {&gFields.getScanEndIndexId, "getScanEndIndex", "()I", "!(gFields.getScanEndIndexId != __null)"},
-    {&gFields.onScanMapCommandsId, "onScanMapCommands", "(ILjava/lang/String;[I[I)V",
-     "!(gFields.onScanMapCommandsId != __null)"},
-    {&gFields.onStatusId, "onStatus", "(I)V", "!(gFields.onStatusId != __null)"},
-    {&gFields.checkScanMapsId, "checkSettings", "()I", "!(gFields.checkScanMapsId != __null)"},
-};
-
-const MethodSpec gSettingsMethods[] = {
-    {&gFields.scanSettings.getCountryId, "getCountry", "()Ljava/lang/String;",
-     "!(gFields.scanSettings.getCountryId != __null)"},
-};
-
 }  // namespace
 
 }  // namespace android
@@ -130,11 +89,6 @@ const MethodSpec gSettingsMethods[] = {
 using namespace android;
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig(JNIEnv* env) {
-    if (registerClass(env, kConfigClass, gMethods, tableSize(gMethods), gConfigMethods,
-                      std::size(gConfigMethods), SCAN_SITE) == 0) {
-        return 0;
-    }
-    cacheClassMethods(env, kSettingsClass, gSettingsMethods, std::size(gSettingsMethods),
-                      SCAN_SITE);
-    return 1;
+    return registerAtscFamily(env, kConfigClass, kSettingsClass, gMethods, gFields, {},
+                              SCAN_SITE);
 }

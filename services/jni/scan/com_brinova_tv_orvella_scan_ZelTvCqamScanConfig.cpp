@@ -7,8 +7,6 @@
 #include <stdint.h>
 #include <stdlib.h>
 
-#include <iterator>
-
 #include "AtscFamilyScanMaps.h"
 #include "JINativeScanConfig.h"
 #include "x_mw_api.h"
@@ -20,20 +18,9 @@ namespace {
 const char* const kConfigClass = "com/brinova/tv/orvella/services/scan/ZelTvCqamScanConfig";
 const char* const kSettingsClass = "com/brinova/tv/orvella/services/scan/ZelTvCqamScanSettings";
 
-struct fields_t {
-    jmethodID getNativeConfigId;
-    jmethodID setNativeConfigId;
-    jmethodID getScanTypeId;
-    jmethodID getScanStartIndexId;
-    jmethodID getScanEndIndexId;
+struct fields_t : AtscFamilyFields {
     jmethodID getModeMaskId;
     jmethodID getFreqPlanId;
-    jmethodID onScanMapCommandsId;
-    jmethodID onStatusId;
-    jmethodID checkScanMapsId;
-    struct {
-        jmethodID getCountryId;
-    } scanSettings;
 };
 fields_t gFields;
 
@@ -60,24 +47,15 @@ extern "C" int32_t _native_sb_cqam_scan_maps_notify(SCAN_MAPS_CQAM_CMD_T cmd, ch
                               pz_output_len, pv_tag);
 }
 
-class JNativeCqamScanConfig : public ScanConfigPeer<SB_CQAM_SCAN_DATA_T> {
+class JNativeCqamScanConfig : public AtscFamilyConfig<SB_CQAM_SCAN_DATA_T> {
 public:
-    JNativeCqamScanConfig(JNIEnv* env, jobject obj) : ScanConfigPeer(env, obj, SCAN_SITE) {}
-
-    const char* getSbEbEngineName() override { return "sb_cqam"; }
-    void* getSbScanMapsNotify() override {
-        void* notify = reinterpret_cast<void*>(&_native_sb_cqam_scan_maps_notify);
-        BLOGD_RAW("[debug]getSbScanMapsNotify: %p", notify);
-        return notify;
-    }
-    int checkScanMaps() override { return callCheckSettings(gFields.checkScanMapsId, SCAN_SITE); }
-    void onStatus(int status) override { callOnStatus(gFields.onStatusId, status, SCAN_SITE); }
-
-    SB_CQAM_SCAN_DATA_T& block() { return mBlock; }
+    JNativeCqamScanConfig(JNIEnv* env, jobject obj)
+        : AtscFamilyConfig(env, obj, SCAN_SITE, gFields, "sb_cqam",
+                           reinterpret_cast<void*>(&_native_sb_cqam_scan_maps_notify)) {}
 
 protected:
     ~JNativeCqamScanConfig() override {
-        if (!releaseRefs(SCAN_SITE)) {
+        if (!this->releaseRefs(SCAN_SITE)) {
             BLOGI(" jenv is null, going to abort().");
             abort();
         }
@@ -88,8 +66,7 @@ namespace {
 
 sp<JINativeScanConfig> setCqamScanConfig(JNIEnv* env, jobject thiz,
                                          const sp<JINativeScanConfig>& config) {
-    return exchangeNativeConfig(env, thiz, config, gFields.getNativeConfigId,
-                                gFields.setNativeConfigId, SCAN_SITE, "setCqamScanConfig");
+    return setFamilyScanConfig(env, thiz, config, gFields, SCAN_SITE, "setCqamScanConfig");
 }
 
 jint com_brinova_tv_orvella_scan_native_setup(JNIEnv* env, jobject thiz, jobject /* settings */) {
@@ -123,26 +100,6 @@ const JNINativeMethod gMethods[] = {
     {"nativeRelease", "()I", reinterpret_cast<void*>(com_brinova_tv_orvella_scan_native_release)},
 };
 
-const MethodSpec gConfigMethods[] = {
-    {&gFields.getNativeConfigId, "getNativeConfig", "()J", "!(gFields.getNativeConfigId != __null)"},
-    {&gFields.setNativeConfigId, "setNativeConfig", "(J)V", "!(gFields.setNativeConfigId != __null)"},
-    {&gFields.getScanTypeId, "getScanType", "()I", "!(gFields.getScanTypeId != __null)"},
-    {&gFields.getScanStartIndexId, "getScanStartIndex", "()I",
-     "!(gFields.getScanStartIndexId != __null)"},
-    {&gFields.getScanEndIndexId, "getScanEndIndex", "()I", "!(gFields.getScanEndIndexId != __null)"},
-    {&gFields.getModeMaskId, "getModeMask", "()I", "!(gFields.getModeMaskId != __null)"},
-    {&gFields.getFreqPlanId, "getFreqPlan", "()I", "!(gFields.getFreqPlanId != __null)"},
-    {&gFields.onScanMapCommandsId, "onScanMapCommands", "(ILjava/lang/String;[I[I)V",
-     "!(gFields.onScanMapCommandsId != __null)"},
-    {&gFields.onStatusId, "onStatus", "(I)V", "!(gFields.onStatusId != __null)"},
-    {&gFields.checkScanMapsId, "checkSettings", "()I", "!(gFields.checkScanMapsId != __null)"},
-};
-
-const MethodSpec gSettingsMethods[] = {
-    {&gFields.scanSettings.getCountryId, "getCountry", "()Ljava/lang/String;",
-     "!(gFields.scanSettings.getCountryId != __null)"},
-};
-
 }  // namespace
 
 }  // namespace android
@@ -150,11 +107,10 @@ const MethodSpec gSettingsMethods[] = {
 using namespace android;
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig(JNIEnv* env) {
-    if (registerClass(env, kConfigClass, gMethods, tableSize(gMethods), gConfigMethods,
-                      std::size(gConfigMethods), SCAN_SITE) == 0) {
-        return 0;
-    }
-    cacheClassMethods(env, kSettingsClass, gSettingsMethods, std::size(gSettingsMethods),
-                      SCAN_SITE);
-    return 1;
+    return registerAtscFamily(env, kConfigClass, kSettingsClass, gMethods, gFields,
+                              {{&gFields.getModeMaskId, "getModeMask", "()I",
+                                "!(gFields.getModeMaskId != __null)"},
+                               {&gFields.getFreqPlanId, "getFreqPlan", "()I",
+                                "!(gFields.getFreqPlanId != __null)"}},
+                              SCAN_SITE);
 }

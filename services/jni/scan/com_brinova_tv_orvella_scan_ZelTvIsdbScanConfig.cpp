@@ -7,8 +7,6 @@
 #include <stdint.h>
 #include <stdlib.h>
 
-#include <iterator>
-
 #include "AtscFamilyScanMaps.h"
 #include "JINativeScanConfig.h"
 #include "ScanConfigShared.h"
@@ -21,19 +19,8 @@ namespace {
 const char* const kConfigClass = "com/brinova/tv/orvella/services/scan/ZelTvIsdbScanConfig";
 const char* const kSettingsClass = "com/brinova/tv/orvella/services/scan/ZelTvIsdbScanSettings";
 
-struct fields_t {
-    jmethodID getNativeConfigId;
-    jmethodID setNativeConfigId;
-    jmethodID getScanTypeId;
-    jmethodID getScanStartIndexId;
-    jmethodID getScanEndIndexId;
+struct fields_t : AtscFamilyFields {
     jmethodID getScanIndexId;
-    jmethodID onScanMapCommandsId;
-    jmethodID onStatusId;
-    jmethodID checkScanMapsId;
-    struct {
-        jmethodID getCountryId;
-    } scanSettings;
 };
 fields_t gFields;
 
@@ -58,24 +45,15 @@ void _native_sb_service_update_notify(SB_ISDB_SVC_UPDATE_NFY_DATA_T* data, void*
 
 }  // namespace
 
-class JNativeIsdbScanConfig : public ScanConfigPeer<SB_ISDB_SCAN_DATA_T> {
+class JNativeIsdbScanConfig : public AtscFamilyConfig<SB_ISDB_SCAN_DATA_T> {
 public:
-    JNativeIsdbScanConfig(JNIEnv* env, jobject obj) : ScanConfigPeer(env, obj, SCAN_SITE) {}
-
-    const char* getSbEbEngineName() override { return "sb_isdb"; }
-    void* getSbScanMapsNotify() override {
-        void* notify = reinterpret_cast<void*>(&_native_sb_isdb_scan_maps_notify);
-        BLOGD_RAW("[debug]getSbScanMapsNotify: %p", notify);
-        return notify;
-    }
-    int checkScanMaps() override { return callCheckSettings(gFields.checkScanMapsId, SCAN_SITE); }
-    void onStatus(int status) override { callOnStatus(gFields.onStatusId, status, SCAN_SITE); }
-
-    SB_ISDB_SCAN_DATA_T& block() { return mBlock; }
+    JNativeIsdbScanConfig(JNIEnv* env, jobject obj)
+        : AtscFamilyConfig(env, obj, SCAN_SITE, gFields, "sb_isdb",
+                           reinterpret_cast<void*>(&_native_sb_isdb_scan_maps_notify)) {}
 
 protected:
     ~JNativeIsdbScanConfig() override {
-        if (!releaseRefs(SCAN_SITE)) {
+        if (!this->releaseRefs(SCAN_SITE)) {
             BLOGI(" jenv is null, going to abort().");
             abort();
         }
@@ -86,8 +64,7 @@ namespace {
 
 sp<JINativeScanConfig> setIsdbScanConfig(JNIEnv* env, jobject thiz,
                                          const sp<JINativeScanConfig>& config) {
-    return exchangeNativeConfig(env, thiz, config, gFields.getNativeConfigId,
-                                gFields.setNativeConfigId, SCAN_SITE, "setIsdbScanConfig");
+    return setFamilyScanConfig(env, thiz, config, gFields, SCAN_SITE, "setIsdbScanConfig");
 }
 
 // The builder's index of the channel that Java's `getter` gives (its low 16 bits).
@@ -144,25 +121,6 @@ const JNINativeMethod gMethods[] = {
     {"nativeRelease", "()I", reinterpret_cast<void*>(com_brinova_tv_orvella_scan_native_release)},
 };
 
-const MethodSpec gConfigMethods[] = {
-    {&gFields.getNativeConfigId, "getNativeConfig", "()J", "!(gFields.getNativeConfigId != __null)"},
-    {&gFields.setNativeConfigId, "setNativeConfig", "(J)V", "!(gFields.setNativeConfigId != __null)"},
-    {&gFields.getScanTypeId, "getScanType", "()I", "!(gFields.getScanTypeId != __null)"},
-    {&gFields.getScanStartIndexId, "getScanStartIndex", "()I",
-     "!(gFields.getScanStartIndexId != __null)"},
-    {&gFields.getScanEndIndexId, "getScanEndIndex", "()I", "!(gFields.getScanEndIndexId != __null)"},
-    {&gFields.getScanIndexId, "getScanIndex", "(I)I", "!(gFields.getScanIndexId != __null)"},
-    {&gFields.onScanMapCommandsId, "onScanMapCommands", "(ILjava/lang/String;[I[I)V",
-     "!(gFields.onScanMapCommandsId != __null)"},
-    {&gFields.onStatusId, "onStatus", "(I)V", "!(gFields.onStatusId != __null)"},
-    {&gFields.checkScanMapsId, "checkSettings", "()I", "!(gFields.checkScanMapsId != __null)"},
-};
-
-const MethodSpec gSettingsMethods[] = {
-    {&gFields.scanSettings.getCountryId, "getCountry", "()Ljava/lang/String;",
-     "!(gFields.scanSettings.getCountryId != __null)"},
-};
-
 }  // namespace
 
 }  // namespace android
@@ -170,11 +128,8 @@ const MethodSpec gSettingsMethods[] = {
 using namespace android;
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig(JNIEnv* env) {
-    if (registerClass(env, kConfigClass, gMethods, tableSize(gMethods), gConfigMethods,
-                      std::size(gConfigMethods), SCAN_SITE) == 0) {
-        return 0;
-    }
-    cacheClassMethods(env, kSettingsClass, gSettingsMethods, std::size(gSettingsMethods),
-                      SCAN_SITE);
-    return 1;
+    return registerAtscFamily(env, kConfigClass, kSettingsClass, gMethods, gFields,
+                              {{&gFields.getScanIndexId, "getScanIndex", "(I)I",
+                                "!(gFields.getScanIndexId != __null)"}},
+                              SCAN_SITE);
 }

@@ -9,6 +9,8 @@
 
 #include <stdint.h>
 
+#include <initializer_list>
+
 #include <jni.h>
 
 #include "JINativeScanConfig.h"
@@ -42,6 +44,66 @@ int32_t atscFamilyScanMaps(const AtscFamilyScanMaps& family, const ScanSite& sit
  */
 uint32_t readIndexRange(JNIEnv* env, jobject thiz, jint scanType, jmethodID getStart,
                         jmethodID getEnd, const ScanSite& site);
+
+/* What the three look up on their config class (getters called on it, not on the settings)
+ * and their settings class; each file's gFields adds its own getters. */
+struct AtscFamilyFields {
+    jmethodID getNativeConfigId;
+    jmethodID setNativeConfigId;
+    jmethodID getScanTypeId;
+    jmethodID getScanStartIndexId;
+    jmethodID getScanEndIndexId;
+    jmethodID onScanMapCommandsId;
+    jmethodID onStatusId;
+    jmethodID checkScanMapsId;
+    struct {
+        jmethodID getCountryId;
+    } scanSettings;
+};
+
+/*
+ * The configuration class of the three, over the standard's block: its builder name and
+ * scan-maps callback are the only particulars. `site` is the standard's own, taken by its
+ * constructor, so that the lines carry its tag.
+ */
+template <typename Block>
+class AtscFamilyConfig : public ScanConfigPeer<Block> {
+public:
+    const char* getSbEbEngineName() override { return mEngineName; }
+    void* getSbScanMapsNotify() override {
+        SITE_LOG_RAW(mSite, BRINOVA_LOG_DEBUG, "[debug]getSbScanMapsNotify: %p", mScanMaps);
+        return mScanMaps;
+    }
+    int checkScanMaps() override { return this->callCheckSettings(mFields.checkScanMapsId, mSite); }
+    void onStatus(int status) override { this->callOnStatus(mFields.onStatusId, status, mSite); }
+    Block& block() { return this->mBlock; }
+
+protected:
+    AtscFamilyConfig(JNIEnv* env, jobject obj, const ScanSite& site, const AtscFamilyFields& fields,
+                     const char* engineName, void* scanMaps)
+        : ScanConfigPeer<Block>(env, obj, site), mSite(site), mFields(fields),
+          mEngineName(engineName), mScanMaps(scanMaps) {}
+
+private:
+    const ScanSite mSite;
+    const AtscFamilyFields& mFields;
+    const char* const mEngineName;
+    void* const mScanMaps;
+};
+
+/* Java's native pointer of a config object of the three (setter named `setterName`). */
+sp<JINativeScanConfig> setFamilyScanConfig(JNIEnv* env, jobject thiz, const sp<JINativeScanConfig>& config,
+                                           const AtscFamilyFields& fields, const ScanSite& site,
+                                           const char* setterName);
+
+/*
+ * The lookups of the three, in their order: the common config getters, `extras` (the
+ * standard's own, after the index getters), the callbacks; then the settings class's
+ * getCountry. Returns 1, or 0 when the natives could not be registered.
+ */
+int registerAtscFamily(JNIEnv* env, const char* configClass, const char* settingsClass,
+                       const JNINativeMethod (&methods)[2], AtscFamilyFields& fields,
+                       std::initializer_list<MethodSpec> extras, const ScanSite& site);
 
 }  // namespace android
 
