@@ -32,9 +32,11 @@ set(bound "")
 set(classes 0)
 foreach(source ${SOURCES})
   file(READ ${source} text)
-  # Square brackets (the "[I" of signatures) would hold CMake's list separators together.
+  # Square brackets (the "[I" of signatures) would hold CMake's list separators together, and
+  # the semicolons of signatures would split a row.
   string(REPLACE "[" "<" text "${text}")
   string(REPLACE "]" ">" text "${text}")
+  string(REPLACE ";" ":" text "${text}")
   if(NOT text MATCHES "int register_com_brinova_tv_orvella_scan_([A-Za-z0-9]+)\\(JNIEnv")
     continue()
   endif()

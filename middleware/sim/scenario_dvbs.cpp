@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "scenario.h"
+#include "scenario_dvbs_install.h"
 #include "scenario_parse.h"
 #include "SbDvbsScanParams.h"
 
@@ -20,21 +21,6 @@ uint32_t polarisation(const json& v, const std::string& where) {
         fail(where, "a polarisation is \"H\", \"V\" or a number");
     }
     return asNumber<uint32_t>(v, where);
-}
-
-template <typename T>
-std::vector<T> parseList(const json& obj, const char* name, const std::string& where, size_t max,
-                         T (*parseOne)(const json&, const std::string&)) {
-    std::vector<T> out;
-    if (!obj.contains(name)) return out;
-    const json& list = obj[name];
-    if (!list.is_array() || list.size() > max) {
-        fail(where + "." + name, "expected an array of at most " + std::to_string(max));
-    }
-    for (size_t i = 0; i < list.size(); ++i) {
-        out.push_back(parseOne(list[i], where + "." + name + "[" + std::to_string(i) + "]"));
-    }
-    return out;
 }
 
 DvbsService service(const json& j, const std::string& where) {
@@ -57,7 +43,7 @@ DvbsTransponder transponder(const json& j, const std::string& where) {
     t.tsId = field<uint16_t>(j, "ts_id", where, 0);
     t.onId = field<uint16_t>(j, "on_id", where, 0);
     t.inNit = j.value("nit", true);
-    t.services = parseList<DvbsService>(j, "services", where, 0xFFFF, service);
+    t.services = parseArray<DvbsService>(j, "services", where, 0xFFFF, service);
     return t;
 }
 
@@ -68,7 +54,7 @@ DvbsSatellite satellite(const json& j, const std::string& where) {
     s.orbit = field<int16_t>(j, "orbit", where);
     s.satId = field<uint16_t>(j, "sat_id", where);
     s.recId = field<uint16_t>(j, "rec_id", where);
-    s.transponders = parseList<DvbsTransponder>(j, "transponders", where, 0xFFFF, transponder);
+    s.transponders = parseArray<DvbsTransponder>(j, "transponders", where, 0xFFFF, transponder);
     return s;
 }
 
@@ -79,9 +65,9 @@ std::string text(const json& j, const std::string& where) {
 
 std::shared_ptr<DvbsScan> satelliteScan(const json& v, const std::string& where) {
     checkFields(v, where, {"satellites", "network", "categories", "tp_query", "max_transponders",
-                           "tp_ms", "end"});
+                           "tp_ms", "end", "installation"});
     auto scan = std::make_shared<DvbsScan>();
-    scan->satellites = parseList<DvbsSatellite>(v, "satellites", where, 64, satellite);
+    scan->satellites = parseArray<DvbsSatellite>(v, "satellites", where, 64, satellite);
     if (scan->satellites.empty()) fail(where, "\"satellites\" must name at least one satellite");
     if (v.contains("network")) {
         const json& n = v["network"];
@@ -90,13 +76,16 @@ std::shared_ptr<DvbsScan> satelliteScan(const json& v, const std::string& where)
         scan->onId = field<uint16_t>(n, "on_id", where + ".network", 0);
         scan->networkName = textField(n, "name", where + ".network", "");
     }
-    scan->categories = parseList<std::string>(v, "categories", where, 0xFFFF, text);
+    scan->categories = parseArray<std::string>(v, "categories", where, 0xFFFF, text);
     const std::string query = textField(v, "tp_query", where, "tp_info");
     if (query == "sat_tp_record") scan->tpQuery = DvbsTpQuery::kSatTpRecord;
     else if (query != "tp_info") fail(where + ".tp_query", "\"tp_info\" or \"sat_tp_record\"");
     scan->maxTransponders = field<uint32_t>(v, "max_transponders", where, 200);
     scan->tpDelayMs = field<uint32_t>(v, "tp_ms", where, 60);
     scan->end = field<uint32_t>(v, "end", where, SB_REASON_COMPLETE);
+    if (v.contains("installation")) {
+        scan->installation = parseDvbsInstallation(v["installation"], where + ".installation");
+    }
     return scan;
 }
 

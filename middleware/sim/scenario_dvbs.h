@@ -6,6 +6,7 @@
 
 #include <stdint.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 namespace zelsim::detail {
 
 struct Step;
+struct DvbsInstallation;
 
 struct DvbsService {
     std::string name;
@@ -55,6 +57,7 @@ struct DvbsScan {
     uint32_t maxTransponders = 200;       // the builder stops asking after this many
     uint32_t tpDelayMs = 60;              // tuning time per transponder
     uint32_t end = 1;                     // scan-end reason, 0 for none
+    std::shared_ptr<const DvbsInstallation> installation;  // scenario_dvbs_install.h
 };
 
 // A notification through a function of the block. `at` is the function's offset in the

@@ -95,6 +95,22 @@ inline std::vector<uint8_t> hexBlock(const json& v, const std::string& where) {
     return out;
 }
 
+// The array field `name` of `obj` (absent: empty), at most `max` items, each read by `parseOne`.
+template <typename T>
+std::vector<T> parseArray(const json& obj, const char* name, const std::string& where, size_t max,
+                         T (*parseOne)(const json&, const std::string&)) {
+    std::vector<T> out;
+    if (!obj.contains(name)) return out;
+    const json& list = obj[name];
+    if (!list.is_array() || list.size() > max) {
+        fail(where + "." + name, "expected an array of at most " + std::to_string(max));
+    }
+    for (size_t i = 0; i < list.size(); ++i) {
+        out.push_back(parseOne(list[i], where + "." + name + "[" + std::to_string(i) + "]"));
+    }
+    return out;
+}
+
 // A DVB service type by name (tv, radio, data, hd) or number.
 inline uint8_t serviceType(const json& v, const std::string& where) {
     if (v.is_string()) {

@@ -6,6 +6,7 @@
 #include <string.h>
 
 #include "SbDvbsScanParams.h"
+#include "scenario_dvbs_install.h"
 #include "scenario_parse.h"
 #include "sim_standards.h"
 #include "sim_state.h"
@@ -224,7 +225,7 @@ std::vector<std::string> describeDvbsBlock(const std::vector<uint8_t>& data) {
     SB_DVBS_SCAN_PARAMS b;
     memcpy(&b, data.data(), sizeof(b));
     using std::to_string;
-    return {"country=" + text(b.t_country_code, 4), "language=" + text(b.t_ui_lang, 4),
+    std::vector<std::string> lines = {"country=" + text(b.t_country_code, 4), "language=" + text(b.t_ui_lang, 4),
             "operator=" + to_string(b.ui4_operator), "scan_type=" + to_string(b.e_scan_type),
             "satellite=" + to_string(b.ui2_sat_id) + "," + to_string(b.ui2_sat_rec_id),
             "transponder=" + to_string(b.ui4_freq) + "/" + to_string(b.e_pol) + "/" + to_string(b.ui4_sym_rate),
@@ -234,6 +235,8 @@ std::vector<std::string> describeDvbsBlock(const std::vector<uint8_t>& data) {
             "sat_name=" + fn(reinterpret_cast<void*>(b.pf_sat_name_nfy)),
             "svcnum_details=" + fn(reinterpret_cast<void*>(b.pf_svcnum_details_nfy)),
             "category=" + fn(reinterpret_cast<void*>(b.pf_category_nfy))};
+    describeDvbsInstallation(data, lines);
+    return lines;
 }
 
 void playDvbsNotify(const Run& run, const DvbsNotify& n) {
@@ -257,6 +260,8 @@ bool playSatelliteScan(Run& run, const DvbsScan& scan) {
     if (!isDvbs(run)) return false;
     const SB_DVBS_SCAN_PARAMS b = blockOf(run);
     const DvbsSatellite& sat = satelliteFor(scan, b.ui2_sat_rec_id);
+    // An installation first finds what the dish receives, then scans.
+    if (scan.installation) playDvbsInstallation(run, *scan.installation);
     ask(run, DVBS_SCAN_MAPS_CMD_GET_SAT_INFO, b.ui2_sat_rec_id, sizeof(SB_DVBS_SAT_INFO_T));
     reportOrbitSlot(run, b, sat);
     const std::vector<Tuned> tps = transpondersToScan(run, b, scan, sat);

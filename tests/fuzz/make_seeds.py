@@ -180,3 +180,34 @@ write('dvbc_notify_fuzz', 'unlocked', scanning(1, u32(354000000)))
 write('dvbc_notify_fuzz', 'no-network-id', scanning(2, u32(0x0A01)))
 write('dvbc_notify_fuzz', 'unknown-kind', scanning(7, u32(1)))
 write('dvbc_notify_fuzz', 'service-updates', u8(0) + u16(4) + u16(1) + u8(0x80) + u16(1) + u16(0))
+# satellite_install_fuzz: a kind byte (0 satellite name to LNB detection, 1 to satellite
+# detection, 2 home transponder, 3 MDU, 4 NIT then BAT, 5 region lists, 6 Java inputs), then
+# the record's bytes (zero-filled past the input) or the Java inputs.
+def sat_name(kind, sat_id, rec_id, orbit, name, signal):
+    return u8(kind) + u16(sat_id) + u16(rec_id) + struct.pack('<h', orbit) + name.ljust(70, b'\0') + u16(signal)
+
+
+def region_lists(names, count=None):
+    rec = bytes(20) + u8(0x10) + bytes(79) + u16(len(names) if count is None else count)
+    return u8(5) + rec + b''.join(u16(i + 1) + n.ljust(32, b'\0') for i, n in enumerate(names)).ljust(64 * 34, b'\0') + bytes(2)
+
+
+def java_inputs(texts, array, name, nit, bat_id, bat_version, selector_bit):
+    data = u8(6) + u8(len(texts)) + b''.join(u8(len(t)) + t + u8(1) for t in texts)
+    data += u8(len(array)) + b''.join(u32(v) for v in array) + u8(len(name)) + name
+    return data + u32(nit) + u32(bat_id) + u32(bat_version) + u8(selector_bit)
+
+
+write('satellite_install_fuzz', 'dish-inputs',
+      sat_name(0, 1, 1, 192, b'ASTRA 1KR/1L/1M/1N', 74) + sat_name(0, 2, 2, 130, b'Eutelsat Hot Bird 13F/13G', 68)
+      + sat_name(1, 0, 65535, -300, b'Hispasat 30W-5/30W-6', 61))
+write('satellite_install_fuzz', 'home-mdu-tables',
+      u8(2) + u16(4) + u16(4) + bytes(4) + u32(11778) + u32(2) + u32(27500)
+      + u8(3) + u32(0x80000002) + u16(48) + bytes(2) + u8(4) + u8(14) + bytes(3) + u16(4101) + u8(9) + u8(0))
+write('satellite_install_fuzz', 'region-lists',
+      region_lists([b'London', b'Granada', b'Yorkshire', b'Wales', b'STV Central', b'UTV'] * 4)
+      + region_lists([b'x' * 32] * 64, count=65535))
+write('satellite_install_fuzz', 'java-inputs',
+      java_inputs([b'3,12', b'12', b'3,1x'] + [b'1,%d' % i for i in range(17)], [0, 0], b'London' * 7,
+                  300, 70000, 257, 1)
+      + java_inputs([b',7'], [], b'', 0, 0, 0, 0))

@@ -11,6 +11,7 @@
 #include <stdint.h>
 
 #include <array>
+#include <functional>
 #include <initializer_list>
 
 #include <jni.h>
@@ -118,12 +119,23 @@ private:
  */
 template <typename Extension, jsize Limit = kExtensionArrayLimit>
 jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const ScanSite& site) {
+    return setupExtension<Extension, Limit>(env, thiz, array, site, [](Extension*, IntArrayCall<Limit>&) {});
+}
+
+/*
+ * The same with a class's own steps right after construction: `init(extension, call)`, a
+ * member function of the extension taking the call (the array's elements and the site).
+ */
+template <typename Extension, jsize Limit = kExtensionArrayLimit, typename Init>
+jint setupExtension(JNIEnv* env, jobject thiz, jintArray array, const ScanSite& site, Init init) {
     JavaCallerScope scope(env);
     IntArrayCall<Limit> call(env, array, site);
     if (!call.accepted()) {
         return 0;
     }
-    jint handle = extensionHandleOf(new Extension(env, thiz));
+    auto* extension = new Extension(env, thiz);
+    std::invoke(init, extension, call);
+    jint handle = extensionHandleOf(extension);
     call[0] = 0;
     call[1] = handle;
     SITE_LOGD(site, "[%d]\n", handle);

@@ -16,32 +16,59 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDtmbConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanEngine(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanRegionCHList(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanBouquet(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanNetwork(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanMDU(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanDetectLNB(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_NativeZelTvScanSatSearch(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanDetectSAT(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanDetectHTP(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanAssoList(JNIEnv* env);
 
 /* {registration function, message logged when it fails}, in the order of loading. */
-#define SCAN_REGISTRATIONS                                                              \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict,                         \
-     "ERROR: ZelTvScanDvbtConfig native ZelTvScanLcnConflict registration failed"},     \
-    {register_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList,                   \
-     "ERROR: scan engine native ZelTvScanLcnV2ChannelList registration failed"},        \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion,                        \
-     "ERROR: ZelTvScanDvbtConfig native ZelTvScanTargetRegion registration failed"},    \
-    {register_com_brinova_tv_orvella_scan_ZelTvNameSorting,                             \
-     "ERROR: ZelTvScanDvbtConfig native ZelTvNameSorting registration failed"},         \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork,                          \
-     "ERROR: ZelTvScanDvbtConfig native ZelTvScanFavNetwork registration failed"},      \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig,                          \
-     "ERROR: ZelTvScanDvbtConfig native registration failed"},                          \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbcConfig,                          \
-     "ERROR: ZelTvScanDvbcConfig native registration failed"},                          \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig,                          \
-     "ERROR: ZelTvScanIsdbConfig native registration failed"},                          \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig,                          \
-     "ERROR: ZelTvScanAtscConfig native registration failed"},                          \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig,                          \
-     "ERROR: ZelTvScanCqamConfig native registration failed"},                          \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanDtmbConfig,                          \
-     "ERROR: ZelTvScanDtmbConfig native registration failed"},                          \
-    {register_com_brinova_tv_orvella_scan_ZelTvScanEngine,                              \
-     "ERROR: ZelTvScanEngine native registration failed"},
+#define SCAN_REGISTRATIONS                                                             \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict,                        \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanLcnConflict registration failed"},    \
+    {register_com_brinova_tv_orvella_scan_NativeScanLcnV2ChannelList,                  \
+     "ERROR: scan engine native ZelTvScanLcnV2ChannelList registration failed"},       \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanTargetRegion,                       \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanTargetRegion registration failed"},   \
+    {register_com_brinova_tv_orvella_scan_ZelTvNameSorting,                            \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvNameSorting registration failed"},        \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork,                         \
+     "ERROR: ZelTvScanDvbtConfig native ZelTvScanFavNetwork registration failed"},     \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig,                         \
+     "ERROR: ZelTvScanDvbtConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbcConfig,                         \
+     "ERROR: ZelTvScanDvbcConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig,                         \
+     "ERROR: ZelTvScanIsdbConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig,                         \
+     "ERROR: ZelTvScanAtscConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig,                         \
+     "ERROR: ZelTvScanCqamConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDtmbConfig,                         \
+     "ERROR: ZelTvScanDtmbConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanEngine,                             \
+     "ERROR: ZelTvScanEngine native registration failed"},                             \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanRegionCHList,                       \
+     "ERROR: ZelTvScanRegionCHList native registration failed"},                       \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanBouquet,                            \
+     "ERROR: ZelTvScanBouquet native registration failed"},                            \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanNetwork,                            \
+     "ERROR: ZelTvScanNetwork native registration failed"},                            \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanMDU,                                \
+     "ERROR: ZelTvScanMDU native registration failed"},                                \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDetectLNB,                          \
+     "ERROR: ZelTvScanDetectLNB native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_NativeZelTvScanSatSearch,                    \
+     "ERROR: ZelTvScanSatSearch native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDetectSAT,                          \
+     "ERROR: ZelTvScanDetectSatellite native registration failed"},                    \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDetectHTP,                          \
+     "ERROR: ZelTvScanDetectTransponder native registration failed"},                  \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanAssoList,                           \
+     "ERROR: ZelTvScanAssociateList native registration failed"},
 
 #endif /* SCAN_REGISTRATIONS_H */
