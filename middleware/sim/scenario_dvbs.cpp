@@ -11,8 +11,6 @@
 
 namespace zelsim::detail {
 
-namespace {
-
 uint32_t polarisation(const json& v, const std::string& where) {
     if (v.is_string()) {
         const std::string p = v.get<std::string>();
@@ -22,6 +20,8 @@ uint32_t polarisation(const json& v, const std::string& where) {
     }
     return asNumber<uint32_t>(v, where);
 }
+
+namespace {
 
 DvbsService service(const json& j, const std::string& where) {
     checkFields(j, where, {"name", "svc_id", "type", "lcn"});
@@ -165,7 +165,13 @@ bool parseDvbsStep(const std::string& kind, const json& v, const std::string& wh
     else if (kind == "svcnum_details") notify = svcnumDetails;
     else if (kind == "categories") notify = categories;
     else if (kind == "block_nfy") notify = blockNotify;
-    else return false;
+    else {
+        DvbsNotify table;
+        if (!parseDvbsOperatorTable(kind, v, where, table)) return false;
+        out.kind = Step::Kind::kDvbsNotify;
+        out.dvbsNotify = std::make_shared<DvbsNotify>(std::move(table));
+        return true;
+    }
     out.kind = Step::Kind::kDvbsNotify;
     out.dvbsNotify = std::make_shared<DvbsNotify>(notify(v, where));
     return true;

@@ -12,6 +12,8 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "SbDvbsScanParams.h"
+
 namespace zelsim::detail {
 
 struct Step;
@@ -69,7 +71,19 @@ struct DvbsNotify {
     uint32_t at = 0;
     std::vector<uint8_t> record;
     uint16_t numbers[3] = {0, 0, 0};
+    // The builder's own look at the block before it sends the record (operator tables).
+    void (*adjust)(const SB_DVBS_SCAN_PARAMS& block, std::vector<uint8_t>& record) = nullptr;
 };
+
+// A polarisation: "H", "V" or the builder's number.
+uint32_t polarisation(const nlohmann::json& value, const std::string& where);
+
+// The operator tables ("fastscan", "tkgs", "sgt"; scenarios/README.md) as the records of
+// their notify functions; false for any other kind.
+bool parseDvbsOperatorTable(const std::string& kind, const nlohmann::json& value,
+                            const std::string& where, DvbsNotify& out);
+// What the operator services wrote into a block, one "name=value" line each.
+std::vector<std::string> describeDvbsOperatorFields(const SB_DVBS_SCAN_PARAMS& block);
 
 // Parses the satellite steps ("satellite", "dvbs_svc_update", "orbit_slot",
 // "svcnum_details", "categories", "block_nfy") into `out`; false for any other kind.

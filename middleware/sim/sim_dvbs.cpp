@@ -236,6 +236,7 @@ std::vector<std::string> describeDvbsBlock(const std::vector<uint8_t>& data) {
             "svcnum_details=" + fn(reinterpret_cast<void*>(b.pf_svcnum_details_nfy)),
             "category=" + fn(reinterpret_cast<void*>(b.pf_category_nfy))};
     describeDvbsInstallation(data, lines);
+    for (std::string& line : describeDvbsOperatorFields(b)) lines.push_back(std::move(line));
     return lines;
 }
 
@@ -251,6 +252,7 @@ void playDvbsNotify(const Run& run, const DvbsNotify& n) {
     } else {
         // The library gets its own copy, as it would get the builder's buffer.
         std::vector<uint8_t> record = n.record;
+        if (n.adjust != nullptr && !record.empty()) n.adjust(blockOf(run), record);
         reinterpret_cast<x_sb_dvbs_built_nfy_fct>(fn)(record.empty() ? nullptr : record.data(), tag);
     }
     Sim::get().afterCallback("dvbs_nfy");
