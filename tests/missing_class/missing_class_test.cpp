@@ -52,6 +52,8 @@ const Row kRows[] = {
     {"ZelTvScanMDU", "nativeSetup", "([I)I", "ERROR: ZelTvScanMDU native registration failed"},
     {"ZelTvScanDetectLNB", "nativeSetup", "([I)I",
      "ERROR: ZelTvScanDetectLNB native registration failed"},
+    {"ZelTvScanFST", "nativeSetAssociateSateInfo", "([I[Ljava/lang/String;)I",
+     "ERROR: ZelTvScanFST native registration failed"},
     {"ZelTvScanSatSearch", "NativeSetSatSearch",
      "(Lcom/brinova/tv/orvella/services/scan/ZelTvScanSatSearch$SatSearchInfo;)I",
      "ERROR: ZelTvScanSatSearch native registration failed"},
@@ -61,6 +63,11 @@ const Row kRows[] = {
      "ERROR: ZelTvScanDetectTransponder native registration failed"},
     {"ZelTvScanAssociateList", "NativeSetAssoSateInfo", "([Ljava/lang/String;)I",
      "ERROR: ZelTvScanAssociateList native registration failed"},
+    {"ZelTvScanHDPlus", "NativeSetHDPlus",
+     "(Lcom/brinova/tv/orvella/services/scan/ZelTvScanHDPlus$HDPlusInfo;)I",
+     "ERROR: ZelTvScanHDPlus native registration failed"},
+    {"ZelTvScanTKGS", "nativeSetTKGSVersion", "([II)I",
+     "ERROR: ZelTvScanTKGS native registration failed"},
 };
 
 bool loadLogged(int priority, const std::string& text) {

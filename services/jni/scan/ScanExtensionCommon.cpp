@@ -19,7 +19,7 @@ void ExtensionPeer::take(JavaPeerRefs& refs, JNIEnv* env, jobject thiz, const vo
         SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG,
                  "native config create instance, this: %p, thiz: %p, mObject: %p", extension,
                  thiz, refs.object());
-    } else {
+    } else if (createLog == CreateLog::kBare) {
         SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "native config create instance");
     }
 }

@@ -41,8 +41,9 @@ Extension* extensionOf(jint handle) {
  */
 class ExtensionPeer {
 public:
-    /* How the constructor's last line reads: with the three pointers, or bare. */
-    enum class CreateLog { kWithPointers, kBare };
+    /* How the constructor's last line reads: with the three pointers, bare, or left to the
+     * extension (which has more to say). */
+    enum class CreateLog { kWithPointers, kBare, kNone };
 
     ExtensionPeer(JNIEnv* env, jobject thiz, const void* extension, const char* className,
                   const ScanSite& site, CreateLog createLog = CreateLog::kWithPointers);
@@ -96,6 +97,9 @@ public:
     void clear(size_t from, size_t to) {
         for (size_t i = from; i <= to && i < mElements.size(); ++i) mElements[i] = 0;
     }
+
+    /* The array let go without writing it back. */
+    void release() { mEnv->DeleteLocalRef(mArray); }
 
     /* Status into element 0, the array written back and its local reference deleted. */
     jint finish(jint status) {

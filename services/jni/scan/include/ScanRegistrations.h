@@ -26,6 +26,9 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanDetectSAT(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDetectHTP(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanAssoList(JNIEnv* env);
 
+int register_com_brinova_tv_orvella_scan_ZelTvScanFST(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanHDPlus(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanTKGS(JNIEnv* env);
 /* {registration function, message logged when it fails}, in the order of loading. */
 #define SCAN_REGISTRATIONS                                                             \
     {register_com_brinova_tv_orvella_scan_ZelTvScanLcnConflict,                        \
@@ -62,6 +65,8 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanAssoList(JNIEnv* env);
      "ERROR: ZelTvScanMDU native registration failed"},                                \
     {register_com_brinova_tv_orvella_scan_ZelTvScanDetectLNB,                          \
      "ERROR: ZelTvScanDetectLNB native registration failed"},                          \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanFST,                                \
+     "ERROR: ZelTvScanFST native registration failed"},                                \
     {register_com_brinova_tv_orvella_scan_NativeZelTvScanSatSearch,                    \
      "ERROR: ZelTvScanSatSearch native registration failed"},                          \
     {register_com_brinova_tv_orvella_scan_ZelTvScanDetectSAT,                          \
@@ -69,6 +74,10 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanAssoList(JNIEnv* env);
     {register_com_brinova_tv_orvella_scan_ZelTvScanDetectHTP,                          \
      "ERROR: ZelTvScanDetectTransponder native registration failed"},                  \
     {register_com_brinova_tv_orvella_scan_ZelTvScanAssoList,                           \
-     "ERROR: ZelTvScanAssociateList native registration failed"},
+     "ERROR: ZelTvScanAssociateList native registration failed"},                      \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanHDPlus,                             \
+     "ERROR: ZelTvScanHDPlus native registration failed"},                             \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanTKGS,                               \
+     "ERROR: ZelTvScanTKGS native registration failed"},
 
 #endif /* SCAN_REGISTRATIONS_H */
