@@ -211,3 +211,48 @@ write('satellite_install_fuzz', 'java-inputs',
       java_inputs([b'3,12', b'12', b'3,1x'] + [b'1,%d' % i for i in range(17)], [0, 0], b'London' * 7,
                   300, 70000, 257, 1)
       + java_inputs([b',7'], [], b'', 0, 0, 0, 0))
+
+
+# satellite_ops: per step an op (% 6): 0 Fastscan natives, 1 TKGS natives, 2 HD+ native, then
+# onPreScan of all three into a block; 3, 4, 5 the Fastscan, TKGS and service guide records
+# (3639, 5599 and 1 bytes) through the block's functions. An int[] is a length, its ints
+# and a flag (bit 0: element 1 names the extension); a string a length and UTF-16 units.
+def jstring(text): return u8(len(text)) + b''.join(u16(ord(c)) for c in text)
+def int_array(values, named=True): return u8(len(values)) + b''.join(u32(v) for v in values) + u8(1 if named else 0)
+
+
+def fst_entry(nwid, slid, pid, name, sub, country, lang, orbits):
+    e = u16(nwid) + u8(slid) + u8(0) + u16(pid) + u8(7) + name.ljust(64, b'\0') + sub.ljust(64, b'\0')
+    e += country + b'\0' + lang + b'\0' + lang + b'\0' + b'eng\0' + lang + b'\0' + u8(0)
+    e += u16(len(orbits)) + b''.join(struct.pack('<h', o) for o in orbits).ljust(32, b'\0')
+    return e + u8(0) + u8(0x15) + u8(1) + u8(0) + name.lower().replace(b' ', b'').ljust(32, b'\0')
+
+
+def fst_record(mask, operators, version=7):
+    r = u32(mask) + u32(12515) + u32(1) + u32(22000) + u16(1) + u16(1) + u16(len(operators))
+    return (r + b''.join(operators)).ljust(22 + 16 * 226, b'\0') + u8(version)
+
+
+def tkgs_record(mask):
+    r = u32(mask) + u16(2) + u16(0) + u16(3000) + u16(0) + u32(11054) + u32(1) + u32(30000)
+    r += u16(3001) + u16(0) + u32(11096) + u32(1) + u32(30000)
+    r = r.ljust(328, b'\0') + u16(2) + (u16(1) + b'Ulusal'.ljust(128, b'\0')) + (u16(2) + b'Haber'.ljust(128, b'\0'))
+    r = r.ljust(4230, b'\0') + u16(2) + u32(0) + b'Ulusal Liste'.ljust(34, b'\0') + b'Tum Kanallar'.ljust(34, b'\0')
+    return r.ljust(4574, b'\0') + u8(42) + b'TKGS: kanal listesi guncellendi.'.ljust(1024, b'\0')
+
+
+cd = [fst_entry(53, 1, 900, b'Canal Digitaal', b'HD', b'NLD', b'dut', [192, 235]),
+      fst_entry(54, 2, 911, b'TV Vlaanderen', b'SD', b'BEL', b'dut', [192, 235])]
+write('satellite_ops_fuzz', 'fastscan-tables', u8(3) + fst_record(0xF, cd))
+write('satellite_ops_fuzz', 'fastscan-16-operators', u8(3) + fst_record(0x2, cd * 8))
+write('satellite_ops_fuzz', 'tkgs-tables', u8(4) + tkgs_record(0x1F))
+write('satellite_ops_fuzz', 'tkgs-version-only', u8(4) + tkgs_record(0x8))
+write('satellite_ops_fuzz', 'service-guide', u8(5) + u8(12))
+write('satellite_ops_fuzz', 'fastscan-choices',
+      u8(0) + u8(3) + u8(1) + jstring('1,1') + u8(1) + jstring('1,3') + u8(0) + int_array([9, 0]) +
+      u32(54) + u32(1) + u32(910) + u32(7) + jstring('TV Vlaanderen') + jstring('HD') + u32(0x15) +
+      int_array([9, 0]) + u8(1))
+write('satellite_ops_fuzz', 'tkgs-choices',
+      u8(1) + int_array([9, 0]) + u32(42) + int_array([9, 0]) + u32(1) + int_array([9, 0]) + u8(1) +
+      jstring('Ulusal Liste') + u32(11054) + u32(1) + u32(30000) + u32(3000) + int_array([9, 0, 1]) + u8(1))
+write('satellite_ops_fuzz', 'hdplus-settings', u8(2) + u32(300) + u8(1) + u8(1) + u8(1))
