@@ -11,6 +11,7 @@ int register_com_brinova_tv_orvella_scan_ZelTvNameSorting(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanFavNetwork(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDvbcConfig(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvScanDvbsConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanCqamConfig(JNIEnv* env);
@@ -25,6 +26,7 @@ int register_com_brinova_tv_orvella_scan_NativeZelTvScanSatSearch(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDetectSAT(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanDetectHTP(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanAssoList(JNIEnv* env);
+int register_com_brinova_tv_orvella_scan_ZelTvDvbsSatelliteConfig(JNIEnv* env);
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanFST(JNIEnv* env);
 int register_com_brinova_tv_orvella_scan_ZelTvScanHDPlus(JNIEnv* env);
@@ -45,6 +47,8 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanTKGS(JNIEnv* env);
      "ERROR: ZelTvScanDvbtConfig native registration failed"},                         \
     {register_com_brinova_tv_orvella_scan_ZelTvScanDvbcConfig,                         \
      "ERROR: ZelTvScanDvbcConfig native registration failed"},                         \
+    {register_com_brinova_tv_orvella_scan_ZelTvScanDvbsConfig,                         \
+     "ERROR: ZelTvScanDvbsConfig native registration failed"},                         \
     {register_com_brinova_tv_orvella_scan_ZelTvScanIsdbConfig,                         \
      "ERROR: ZelTvScanIsdbConfig native registration failed"},                         \
     {register_com_brinova_tv_orvella_scan_ZelTvScanAtscConfig,                         \
@@ -75,6 +79,8 @@ int register_com_brinova_tv_orvella_scan_ZelTvScanTKGS(JNIEnv* env);
      "ERROR: ZelTvScanDetectTransponder native registration failed"},                  \
     {register_com_brinova_tv_orvella_scan_ZelTvScanAssoList,                           \
      "ERROR: ZelTvScanAssociateList native registration failed"},                      \
+    {register_com_brinova_tv_orvella_scan_ZelTvDvbsSatelliteConfig,                   \
+     "ERROR: ZelTvDvbsSatelliteConfig native registration failed"},                    \
     {register_com_brinova_tv_orvella_scan_ZelTvScanHDPlus,                             \
      "ERROR: ZelTvScanHDPlus native registration failed"},                             \
     {register_com_brinova_tv_orvella_scan_ZelTvScanTKGS,                               \

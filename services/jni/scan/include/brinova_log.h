@@ -104,6 +104,7 @@ constexpr const char* scanSiteFunction(const char* function) {
 #define BLOGI_RAW(fmt, ...) SITE_LOG_RAW(SCAN_SITE, BRINOVA_LOG_INFO, fmt, ##__VA_ARGS__)
 #define BLOGE_RAW(fmt, ...) SITE_LOG_RAW(SCAN_SITE, BRINOVA_LOG_ERROR, fmt, ##__VA_ARGS__)
 #define BLOGD_LINE(fmt, ...) SITE_LINELOG(SCAN_SITE, BRINOVA_LOG_DEBUG, fmt, ##__VA_ARGS__)
+#define BLOGD_FILE(fmt, ...) SITE_FLOG(SCAN_SITE, BRINOVA_LOG_DEBUG, fmt, ##__VA_ARGS__)
 #define BLOGE_FILE(fmt, ...) SITE_FLOG(SCAN_SITE, BRINOVA_LOG_ERROR, fmt, ##__VA_ARGS__)
 #define XLOGI(fmt, ...) SITE_XLOGI(SCAN_SITE, fmt, ##__VA_ARGS__)
 #define XLOGE(fmt, ...) SITE_XLOGE(SCAN_SITE, fmt, ##__VA_ARGS__)
