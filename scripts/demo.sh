@@ -9,9 +9,11 @@ usage() {
   cat <<'USAGE'
 usage: scripts/demo.sh [options]
 
-  --standard S         dvbt (default), dvbc, dtmb, atsc, cqam or isdb; each has a
-                        scenario of its own (dvbc-austria, dtmb-auto,
-                        atsc-washington, cqam-std, isdb-sao-paulo)
+  --standard S         dvbt (default), dvbc, dtmb, atsc, cqam, isdb or dvbs; each
+                        has a scenario of its own (dvbc-austria, dtmb-auto,
+                        atsc-washington, cqam-std, isdb-sao-paulo, dvbs-astra-19e;
+                        dvbs-network, dvbs-single-tp and the single-satellite
+                        configuration's dvbs-turksat-42e are further satellite scans)
   --scenario NAME|PATH  simulator scenario: a name means scenarios/NAME.json,
                         anything with a slash or ending in .json is a path
                         (default: the standard's; a scenario whose name starts
@@ -64,7 +66,7 @@ done
 # The standard: given, or named by the scenario's file name, or DVB-T.
 if [ -z "$standard" ]; then
   case "$(basename "${scenario:-dvbt}")" in
-    dvbc-*|dtmb-*|atsc-*|cqam-*|isdb-*) standard=$(basename "$scenario" | cut -d- -f1) ;;
+    dvbc-*|dtmb-*|atsc-*|cqam-*|isdb-*|dvbs-*) standard=$(basename "$scenario" | cut -d- -f1) ;;
     *) standard=dvbt ;;
   esac
 fi
@@ -75,7 +77,8 @@ case "$standard" in
   atsc) default_scenario=atsc-washington ;;
   cqam) default_scenario=cqam-std ;;
   isdb) default_scenario=isdb-sao-paulo ;;
-  *) die "--standard takes dvbt, dvbc, dtmb, atsc, cqam or isdb, not '$standard'" ;;
+  dvbs) default_scenario=dvbs-astra-19e ;;
+  *) die "--standard takes dvbt, dvbc, dtmb, atsc, cqam, isdb or dvbs, not '$standard'" ;;
 esac
 scenario=${scenario:-$default_scenario}
 demo_args+=(--standard "$standard")
@@ -119,7 +122,24 @@ else
   unset_log=(-u vendor.zel.broadcast.log.level -u persist.vendor.zel.broadcast.log.level)
 fi
 
+# The satellite demo takes its satellite database from the scenario's satellite table; the
+# scenario's name says which scan it shows.
+main=com.brinova.tv.orvella.demo.ScanDemo
+if [ "$standard" = dvbs ]; then
+  main=com.brinova.tv.orvella.demo.SatelliteScanDemo
+  sat_args=(--satellites "$scenario_path")
+  case "$(basename "$scenario_path" .json)" in
+    *network*) sat_args+=(--scan network) ;;
+    *single-tp*) sat_args+=(--scan single) ;;
+    *turksat*) sat_args+=(--single-satellite) ;;
+  esac
+  for ((i = 0; i < ${#demo_args[@]}; i++)); do
+    [ "${demo_args[$i]}" = --timeout ] && sat_args+=(--timeout "${demo_args[$((i + 1))]}")
+  done
+  demo_args=("${sat_args[@]}")
+fi
+
 exec env "${unset_log[@]}" "${envs[@]}" "$jvm" -Xcheck:jni \
   -cp build/host/java/classes:build/host/java/demo-classes \
   -Djava.library.path=build/host/services/jni/scan \
-  com.brinova.tv.orvella.demo.ScanDemo "${demo_args[@]}"
+  "$main" "${demo_args[@]}"
