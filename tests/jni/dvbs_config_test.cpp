@@ -187,11 +187,48 @@ TEST_F(DvbsConfigTest, EveryCommandRowChecksItsBufferAndWritesItsRecord) {
     auto shortAnswer = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 111, 3);
     EXPECT_EQ(shortAnswer.status, -24);
     EXPECT_EQ(shortAnswer.outputLen, 111u);
-    // The satellite list knows no record 3: the handler is not asked, the status is -1.
-    auto none = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 112, 3);
-    EXPECT_EQ(none.status, -1);
-    EXPECT_EQ(none.outputLen, 112u);
-    EXPECT_EQ(events(config).size(), 0u);
+    // Without a satellite list the handler answers: the record is written field by field,
+    // the name cut at 64 characters and terminated, the bytes between fields left alone.
+    std::vector<int> sat = {-50, 0x100, 80, 11494, 84, 100, 1019, 104, 106};
+    for (char ch : std::string(64, 'S')) sat.push_back(ch);
+    sat.push_back('X');
+    answer(config, sat, 0);
+    auto full = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 112, 3);
+    ASSERT_EQ(full.status, 0);
+    EXPECT_EQ(full.outputLen, 112u);
+    EXPECT_FALSE(full.overrun);
+    SB_DVBS_SAT_INFO_T r;
+    memcpy(&r, full.output.data(), sizeof(r));
+    EXPECT_EQ(std::string(r.ac_name), std::string(64, 'S'));
+    EXPECT_EQ(r.i2_orbit, -50);
+    EXPECT_EQ(r.e_lnb_type, 2u);  // only the low byte of [1] counts: 0 is the universal LNB
+    EXPECT_EQ(r.ui2_lnb_low_freq, 9750u);
+    EXPECT_EQ(r.ui2_lnb_high_freq, 10600u);
+    EXPECT_EQ(r.ui4_lnb_switch_freq, 11700u);
+    EXPECT_EQ(r.ui4_value_80, 80u);
+    EXPECT_EQ(r.ui4_value_84, 84u);
+    EXPECT_EQ(r.ui4_freq, 11494u);
+    EXPECT_EQ(r.ui2_value_100, 100u);
+    EXPECT_EQ(r.ui2_ts_id, 1019u);
+    EXPECT_EQ(r.ui2_value_104, 104u);
+    EXPECT_EQ(r.ui2_value_106, 106u);
+    sat[1] = 1;
+    answer(config, sat, 0);
+    full = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 112, 3);
+    memcpy(&r, full.output.data(), sizeof(r));
+    EXPECT_EQ(r.e_lnb_type, 1u);
+    EXPECT_EQ(r.ui2_lnb_low_freq, 10750u);
+    EXPECT_EQ(r.ui4_lnb_switch_freq, 0u);
+    answer(config, {5, 1234, 'D', 'a', 's'}, 0);
+    auto svc = zelsim::runScanMaps("sb_dvbs", 66, "DEU", {}, 80, 0);
+    ASSERT_EQ(svc.status, 0);
+    SB_DVBS_SVC_INFO_T v;
+    memcpy(&v, svc.output.data(), sizeof(v));
+    EXPECT_EQ(v.ui2_rank, 5u);
+    EXPECT_EQ(v.ui1_valid, 1u);
+    EXPECT_EQ(v.ui2_vtul_svc_id, 1234u);
+    EXPECT_STREQ(v.ac_name, "Das");
+    scantest::clearEvents(config);
 
     // Rows answered by the handler: booleans, numbers, the query, with Java's arrays.
     struct Row {
@@ -220,9 +257,15 @@ TEST_F(DvbsConfigTest, EveryCommandRowChecksItsBufferAndWritesItsRecord) {
         ASSERT_EQ(events(config).size(), 1u);
         EXPECT_EQ(events(config)[0], r.event);
     }
-    // Command 8: the record becomes 70 ints; the satellite list has no satellite at 19.2E.
+    // Command 8: the record becomes 70 ints, the unterminated name 65 of them.
+    scantest::clearEvents(config);
     auto query = zelsim::runScanMaps("sb_dvbs", 8, "DEU", qBytes, 2);
-    EXPECT_EQ(query.status, -1);
+    EXPECT_EQ(query.status, 0);
+    std::string expect = "cmd 8 in=[192, 0, 0, 11836, 0";
+    for (int i = 0; i < 65; ++i) expect += ", 78";
+    expect += "] out=1";  // 5 + 65 = all 70
+    ASSERT_EQ(events(config).size(), 1u);
+    EXPECT_EQ(events(config)[0], expect);
     EXPECT_EQ(zelsim::runScanMaps("sb_dvbs", 8, "DEU", {}, 2).status, -6);
     EXPECT_EQ(Logs::containing(kTag, "_native_sb_dvbs_scan_maps_notify, [8] null pointer").size(), 1u);
     EXPECT_EQ(zelsim::runScanMaps("sb_dvbs", 24, "DEU", {}, 11, 0).status, -24);

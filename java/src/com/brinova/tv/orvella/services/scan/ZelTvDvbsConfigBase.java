@@ -14,8 +14,9 @@ import java.util.Objects;
  * <p>Unlike the terrestrial builders, the satellite builder takes a status with each answer:
  * 0 means the output holds the answer, anything else is handed to the builder as it is and
  * nothing is written (the builder takes it as "no such satellite, transponder or service").
- * Commands the satellite list does not answer go to the {@link CommandHandler}; without one
- * they are answered 0 with an output of zeros.
+ * Commands the satellite list does not answer (every command, when the application gives no
+ * satellites) go to the {@link CommandHandler}; without one they are answered 0 with an
+ * output of zeros.
  */
 public abstract class ZelTvDvbsConfigBase extends ZelTvScanConfig {
     /** The status of a question about something the application does not have. */
@@ -64,7 +65,9 @@ public abstract class ZelTvDvbsConfigBase extends ZelTvScanConfig {
     /** Called by the native side on a scan-builder thread for every scan-maps command. */
     final int onScanMapCommands(int command, String country, int[] input, int[] output) {
         try {
-            Integer status = answerFromSatellites(command, input, output);
+            // Without a satellite list the handler answers every command itself.
+            Integer status = mSatellites.isEmpty() ? null
+                    : answerFromSatellites(command, input, output);
             if (status != null) {
                 return status;
             }
