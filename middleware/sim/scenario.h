@@ -100,6 +100,7 @@ struct Refusal {
     std::optional<uint32_t> key;
     int32_t status = MWR_FAIL;
     int count = -1;
+    int skip = 0;  // matching calls let through before the refusal applies
 };
 
 struct Scenario {

@@ -138,6 +138,7 @@ bool playStep(Run& run, const Step& step) {
 }
 
 void runSteps(std::shared_ptr<Run> run, std::shared_ptr<const Scenario> sc) {
+    markSimThread();
     Sim& sim = Sim::get();
     const bool monitor = run->scanNfy == nullptr;
     const std::vector<Step>& steps = monitor ? sc->monitor : sc->scan;

@@ -24,7 +24,10 @@ namespace {
 // Runs `fn` on a thread of its own, as the builder would, and waits for it.
 template <typename Fn>
 void onSimThread(Fn fn) {
-    std::thread t(fn);
+    std::thread t([&] {
+        detail::markSimThread();
+        fn();
+    });
     t.join();
 }
 
@@ -135,6 +138,13 @@ void failNext(const std::string& fn, int32_t status, int count) {
     Sim& sim = Sim::get();
     std::lock_guard<std::mutex> lock(sim.mu);
     sim.refusals.push_back(Refusal{fn, std::nullopt, status, count < 0 ? -1 : count});
+}
+
+void failNth(const std::string& fn, int nth, int32_t status) {
+    if (nth < 0) return;
+    Sim& sim = Sim::get();
+    std::lock_guard<std::mutex> lock(sim.mu);
+    sim.refusals.push_back(Refusal{fn, std::nullopt, status, 1, nth});
 }
 
 void failKey(const std::string& fn, uint32_t key, int32_t status, int count) {

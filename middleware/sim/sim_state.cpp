@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -55,12 +56,24 @@ Sim::Sim() {
 
 HANDLE_T Sim::newHandle() { return gNextHandle++; }
 
+namespace {
+thread_local bool tOnSimThread = false;
+}  // namespace
+
+void markSimThread() { tOnSimThread = true; }
+
 std::optional<int32_t> Sim::admit(Call call, std::optional<uint32_t> key) {
+    call.simThread = tOnSimThread;
+    call.thread = static_cast<int64_t>(syscall(SYS_gettid));
     std::lock_guard<std::mutex> lock(mu);
     checkEnvScenarioLocked();
     std::optional<int32_t> refused;
     for (auto it = refusals.begin(); it != refusals.end(); ++it) {
         if (it->fn != call.fn || (it->key && (!key || *it->key != *key))) continue;
+        if (it->skip > 0) {
+            --it->skip;
+            continue;
+        }
         refused = it->status;
         if (it->count > 0 && --it->count == 0) refusals.erase(it);
         break;

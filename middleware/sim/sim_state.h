@@ -127,6 +127,9 @@ private:
     Sim();
 };
 
+// Marks the calling thread as one of the simulator's for the calls it makes (Call::simThread).
+void markSimThread();
+
 // Pointers as the 32-bit values recorded in calls.
 inline int64_t ptrArg(const void* p) { return static_cast<int64_t>(reinterpret_cast<uintptr_t>(p)); }
 

@@ -52,6 +52,8 @@ struct Call {
     std::string text;             // a string argument (builder name, ...), else empty
     std::vector<uint8_t> bytes;   // the block a pointer argument pointed to (see each function)
     std::vector<std::string> strings;  // strings a block pointed to (open data: svl name, "/dev", tuner)
+    bool simThread = false;       // made on a thread of the simulator (inside one of its callbacks)
+    int64_t thread = 0;           // the calling thread's kernel id
 };
 
 // Forgets the scenario, recorded calls, failures, registrations, builders, answers and the
@@ -85,6 +87,9 @@ void clearCalls();
 // given, applies. A refused x_mem_alloc answers null.
 void failNext(const std::string& fn, int32_t status, int count = 1);
 void failKey(const std::string& fn, uint32_t key, int32_t status, int count = -1);
+// Refuses exactly one call: the `nth` (0 for the next) of the calls of `fn` from now on
+// (the fault sweep refuses each call of a lifecycle in turn this way).
+void failNth(const std::string& fn, int nth, int32_t status);
 void clearFailures();
 
 // Builder keys given directly, for fuzzing the library's decoding of the builder's records.
