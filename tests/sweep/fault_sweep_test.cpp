@@ -220,8 +220,8 @@ void FaultSweep::checkResources(const MiddlewareCall& call) {
     // The middleware keeps what it refused to free, unregister or close. (Registrations
     // and builders are forgotten by the simulator before each run; handles are not.)
     const bool unreg = call.fn.find("_unreg_every_notify") != std::string::npos;
-    EXPECT_EQ(now.registrations, cleanRegistrations_ + (unreg ? 1 : 0)) << now.describe();
-    EXPECT_EQ(now.builders, cleanBuilders_ + (call.fn == "x_sb_close_builder" ? 1 : 0))
+    EXPECT_LE(now.registrations, cleanRegistrations_ + (unreg ? 1 : 0)) << now.describe();
+    EXPECT_LE(now.builders, cleanBuilders_ + (call.fn == "x_sb_close_builder" ? 1 : 0))
         << now.describe();
     EXPECT_EQ(now.handles, baseline_.handles + (call.fn == "x_handle_free" ? 1 : 0))
         << now.describe();
