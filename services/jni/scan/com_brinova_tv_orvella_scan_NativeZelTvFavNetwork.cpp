@@ -80,9 +80,11 @@ bool NativeZelTvFavNetwork::_dvbt_ui_op_need_before_scan_end_NOR() {
     }
     size_t tableSize = recordCount * sizeof(FavNetworkCandidate);
     auto* table = static_cast<FavNetworkCandidate*>(x_mem_alloc(tableSize));
-    // Cleared before the allocation is tested, as it always was; a previous table is not
-    // released either way.
-    x_memset(table, 0, tableSize);
+    // Cleared before the allocation is tested, as it always was, but never through the null
+    // of a refused allocation; a previous table is not released either way.
+    if (table != nullptr) {
+        x_memset(table, 0, tableSize);
+    }
     if (table == nullptr) {
         mCandidateCount = 0;
         mCandidates = nullptr;

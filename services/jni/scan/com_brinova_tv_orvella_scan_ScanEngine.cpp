@@ -251,6 +251,19 @@ extern "C" MW_BOOL _native_sb_eng_nwl_filter_fct(uint16_t, uint16_t, NWL_REC_T*,
     return 1;
 }
 
+// The SVL name in a zeroed middleware buffer, or null when the allocation is refused.
+// "fs_Svl_" and at most three digits: svlId 1 to 1000. A longer name is cut, not overrun.
+static char* newSvlName(int32_t svlId) {
+    constexpr size_t kSvlNameSize = 11;
+    char* svlName = static_cast<char*>(x_mem_alloc(kSvlNameSize));
+    if (svlName == nullptr) return nullptr;
+    x_memset(svlName, 0, kSvlNameSize);
+    char formatted[24];
+    x_sprintf(formatted, "fs_Svl_%d", svlId - 1);
+    x_strncpy(svlName, formatted, kSvlNameSize - 1);
+    return svlName;
+}
+
 // Opens the builder of `row` for the engine `tag` on its data source.
 static int32_t openBuilder(const ScanSite& site, const BuilderRow& row, const char* builderName,
                            int32_t svlId, const char* svlName, HANDLE_T dataSource, void* tag,
@@ -450,13 +463,12 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
     BLOGD("ds_handle = 0x%x, svlid=%d.pv_tag=%p", dataSource, svlId, this);
     int32_t status = registerLists(SCAN_SITE, static_cast<uint16_t>(svlId & 0xFFFF));
 
-    // "fs_Svl_" and at most three digits: svlId 1 to 1000. A longer name is cut, not overrun.
-    constexpr size_t kSvlNameSize = 11;
-    char* svlName = static_cast<char*>(x_mem_alloc(kSvlNameSize));
-    x_memset(svlName, 0, kSvlNameSize);
-    char formatted[24];
-    x_sprintf(formatted, "fs_Svl_%d", svlId - 1);
-    x_strncpy(svlName, formatted, kSvlNameSize - 1);
+    char* svlName = newSvlName(svlId);
+    if (svlName == nullptr) {
+        // A refused allocation: no name, no builder; the open fails as a refused one does.
+        BLOGE("open %s builder failed", builderName);
+        return kOpenFailed;
+    }
 
     HANDLE_T handle = NULL_HANDLE;
     const BuilderRow* row = findRow(kBuilders, builderName);
