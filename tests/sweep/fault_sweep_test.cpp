@@ -251,6 +251,7 @@ void FaultSweep::sweepAll(const std::vector<MiddlewareCall>& calls) {
 TEST_P(FaultSweep, OneCallOfEachKindRefused) { sweepAll(representative(clean_.calls)); }
 
 using FullFaultSweep = FaultSweep;
+using KeptByTheMiddleware = harness::JvmTest;
 
 TEST_P(FullFaultSweep, EveryCallRefused) { sweepAll(clean_.calls); }
 
@@ -265,6 +266,31 @@ TEST_P(FaultSweepDeathTest, RefusalsThatEndTheProcess) {
         if (crash == nullptr || seen[call.fn + call.site]++ >= 2) continue;
         EXPECT_DEATH(sweep::runLifecycle(GetParam(), &call), crash->assertion) << call.name();
     }
+}
+
+// A list registration the middleware refused to give back outlives the released engine:
+// its changes, delivered later, must not reach the engine's freed memory (under the
+// sanitizers a use after free ends the test) nor any Java object.
+TEST_F(KeptByTheMiddleware, ListRegistrationOutlivingTheEngine) {
+    const Standard& row = kStandards[0];
+    sweep::Run clean = sweep::runLifecycle(row, nullptr);
+    for (const MiddlewareCall& call : clean.calls) {
+        if (call.fn != "c_svl_unreg_every_notify") continue;
+        sweep::Run refused = sweep::runLifecycle(row, &call);
+        EXPECT_EQ(refused.reachable, Strings{});
+        ASSERT_EQ(zelsim::listRegistrations("svl"), 1u) << "the refused registration is kept";
+        harness::Logs::clear();
+        harness::logEverything();
+        zelsim::ListChange change{};
+        change.type = 1;
+        change.record = 7;
+        zelsim::runListChanges("svl", 1, {change});
+        // Delivered as with no tag: logged, no Java call.
+        EXPECT_EQ(harness::Logs::containing("ZEL_MW", "ui2_svl_id = 1, ui4_nfy_count = 1").size(), 1u);
+        EXPECT_TRUE(harness::Logs::containing("ZEL_MW", "mObject=0x").empty());
+        return;
+    }
+    FAIL() << "the lifecycle unregisters no service list";
 }
 
 std::string nameOf(const ::testing::TestParamInfo<Standard>& info) { return info.param.name; }

@@ -10,6 +10,9 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <map>
+#include <mutex>
+
 #include <nativehelper/ScopedLocalRef.h>
 
 #include "JINativeScanExtension.h"
@@ -110,7 +113,20 @@ bool isScanEnd(uint32_t reason) {
            reason == SB_REASON_ABORT || reason == SB_REASON_STOPPED;
 }
 
-JScanEngine* engineOf(void* tag) { return static_cast<JScanEngine*>(tag); }
+// Engines alive now, by address. The middleware may keep a list registration it refused to
+// unregister and call it after the engine is gone: a tag that names no live engine is
+// treated as no tag instead of being used.
+std::mutex gLiveEnginesLock;
+std::map<const void*, wp<JScanEngine>>& liveEngines() {
+    static auto* engines = new std::map<const void*, wp<JScanEngine>>();  // outlives exit
+    return *engines;
+}
+
+sp<JScanEngine> engineOf(void* tag) {
+    std::lock_guard<std::mutex> lock(gLiveEnginesLock);
+    auto it = liveEngines().find(tag);
+    return it != liveEngines().end() ? it->second.promote() : nullptr;
+}
 
 }  // namespace
 
@@ -121,6 +137,7 @@ extern "C" void native_scan_nfy_fct(HANDLE_T handle, uint32_t reason, uint32_t d
     BLOGI("ui4_nfy_reason = 0x%x, data=0x%x", reason, data);
     if (tag == nullptr) return;
     sp<JScanEngine> engine = engineOf(tag);
+    if (engine == nullptr) return;
     engine->pushEvent(reason, data);
     BLOGI("push scan event to queue. ui4_nfy_reason = 0x%x, data=0x%x", reason, data);
 }
@@ -295,6 +312,10 @@ JScanEngine::JScanEngine(JNIEnv* env, jobject thiz, const char* name, HANDLE_T p
     mObject = env->NewGlobalRef(thiz);
     env->DeleteLocalRef(clazz);
     mInitStatus = 0;
+    {
+        std::lock_guard<std::mutex> lock(gLiveEnginesLock);
+        liveEngines()[this] = this;
+    }
     BLOGD("mObject=%p", mObject);
     mPipelineHandle = pipelineHandle;
     mPipelineObject = pipelineObject;
@@ -323,6 +344,10 @@ JScanEngine::JScanEngine(JNIEnv* env, jobject thiz, const char* name, HANDLE_T p
 }
 
 JScanEngine::~JScanEngine() {
+    {
+        std::lock_guard<std::mutex> lock(gLiveEnginesLock);
+        liveEngines().erase(this);
+    }
     Mutex::Autolock lock(mLock);
     BLOGE("~JScanEngine release start,ScanEngine=%p", this);
     if (mPipelineHandle != NULL_HANDLE) {
