@@ -278,6 +278,7 @@ Run runLifecycle(const Standard& standard, const MiddlewareCall* refuse) {
     } else {
         run.steps = strings(app, "run");
         run.decisions = strings(app, "decisions");
+        run.heard = strings(app, "heard");
         awaitQuiet(app, &run, threadsBefore);
     }
     env->PopLocalFrame(nullptr);

@@ -20,6 +20,7 @@ struct Standard {
     const char* config;                    // SweepApplication's configuration key ("dvbt")
     std::vector<const char*> extensions;   // SweepApplication's extension names, in add order
     const char* scenario;                  // file under scenarios/
+    bool listChanges = true;               // the builder reports list changes during the scan
 };
 // How test names show a row.
 inline void PrintTo(const Standard& standard, std::ostream* out) { *out << standard.name; }
@@ -51,6 +52,7 @@ Resources measure();
 struct Run {
     std::vector<std::string> steps;      // "configure 0", "end", ... (SweepApplication.run)
     std::vector<std::string> decisions;  // what the scripted user decided
+    std::vector<std::string> heard;      // per satellite extension: "mdu: Detection[...]"
     std::vector<std::string> reachable;  // lifecycle objects not collected after release
     std::vector<MiddlewareCall> calls;   // every call that can be refused, in order
     std::string error;                   // set when the run could not be made at all
