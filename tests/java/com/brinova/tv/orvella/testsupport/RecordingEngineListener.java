@@ -44,6 +44,11 @@ public final class RecordingEngineListener implements ZelTvScanEngine.Listener {
         return mLog.await("status " + ZelTvScanEngine.EVENT_SCAN_ENDED + " ", ends, millis);
     }
 
+    /** Waits until `count` progress events have arrived; false on time-out. */
+    public boolean awaitProgress(int count, long millis) throws InterruptedException {
+        return mLog.await("status " + ZelTvScanEngine.EVENT_PROGRESS + " ", count, millis);
+    }
+
     /** Waits until at least `count` events have arrived; false on time-out. */
     public boolean awaitCount(int count, long millis) throws InterruptedException {
         return mLog.await("", count, millis);

@@ -57,7 +57,13 @@ public final class SweepApplication {
     /** Bound on waiting for the scan's end: generous, only there so that a hang shows. */
     private static final long END_WAIT_MS = 30_000;
 
+    /** A configuration key ending so cancels the scan half-way ("dvbt cancelled"). */
+    private static final String CANCELLED = " cancelled";
+    /** Progress reports before the cancelled scan's builder waits half-way. */
+    private static final int PROGRESS_BEFORE_CANCEL = 3;
+
     private final String mStandard;
+    private final boolean mCancel;
     private final String[] mExtensionNames;
     private final List<String> mSteps = new ArrayList<>();
     private final List<WeakReference<Object>> mObjects = new ArrayList<>();
@@ -68,7 +74,8 @@ public final class SweepApplication {
     private String[] mHeard = new String[0];
 
     public SweepApplication(String standard, String[] extensionNames) {
-        mStandard = standard;
+        mCancel = standard.endsWith(CANCELLED);
+        mStandard = mCancel ? standard.substring(0, standard.length() - CANCELLED.length()) : standard;
         mExtensionNames = extensionNames.clone();
     }
 
@@ -80,7 +87,7 @@ public final class SweepApplication {
         mark("setup");
         ZelTvScanEngine engine = new ZelTvScanEngine(new TunerPipeline("tuner0"));
         RecordingEngineListener listener = RecordingEngineListener.attach(engine);
-        ScriptedDecisions decisions = new ScriptedDecisions(listener);
+        SweepDecisions decisions = new SweepDecisions();
         ZelTvScanConfig config = newConfig(mStandard);
         List<ZelTvScanExtension> extensions = new ArrayList<>();
         for (String name : mExtensionNames) {
@@ -102,7 +109,7 @@ public final class SweepApplication {
         mark("start");
         int started = engine.start();
         step("start", started);
-        if (started == ZelTvScanEngine.STATUS_OK) {
+        if (started == ZelTvScanEngine.STATUS_OK && (!mCancel || cancelHalfWay(engine, listener))) {
             mark("scan");
             mSteps.add(listener.awaitEnds(1, END_WAIT_MS) ? "end" : "end timed out");
         }
@@ -119,13 +126,22 @@ public final class SweepApplication {
         return mSteps.toArray(new String[0]);
     }
 
-    /** The decisions the scripted user made during the scan, without their thread. */
-    public String[] decisions() {
-        String[] out = new String[mDecisions.length];
-        for (int i = 0; i < out.length; i++) {
-            out[i] = mDecisions[i].replaceAll(" @.*", "");
+    /** Cancels the scan once it is half-way; true when the engine took the cancel. */
+    private boolean cancelHalfWay(ZelTvScanEngine engine, RecordingEngineListener listener)
+            throws InterruptedException {
+        mark("scan");
+        if (!listener.awaitProgress(PROGRESS_BEFORE_CANCEL, END_WAIT_MS)) {
+            mSteps.add("half-way timed out");
         }
-        return out;
+        mark("cancel");
+        int cancelled = engine.cancel();
+        step("cancel", cancelled);
+        return cancelled == ZelTvScanEngine.STATUS_OK;
+    }
+
+    /** The choices the user set during the scan, each with its status. */
+    public String[] decisions() {
+        return mDecisions.clone();
     }
 
     /** Per satellite extension, what it heard during the scan: "fastscan: home operators". */
@@ -231,7 +247,7 @@ public final class SweepApplication {
     }
 
     /** An extension as an application prepares it before adding it: choosers, lists, choices. */
-    private ZelTvScanExtension newExtension(String name, ScriptedDecisions decisions) {
+    private ZelTvScanExtension newExtension(String name, SweepDecisions decisions) {
         switch (name) {
             case "favourite network": {
                 ZelTvScanFavNetwork extension = new ZelTvScanFavNetwork();
