@@ -283,6 +283,8 @@ Run runLifecycle(const Standard& standard, const MiddlewareCall* refuse) {
     }
     env->PopLocalFrame(nullptr);
     zelsim::waitIdle(10000);
+    run.scanMapsAnswers = zelsim::scanMapsAnswers().size();
+    run.scanMapsMismatches = zelsim::scanMapsMismatches();
     std::lock_guard<std::mutex> lock(gMarkLock);
     run.calls = refusableCalls(zelsim::calls(), gMarks);
     return run;

@@ -53,6 +53,8 @@ struct Run {
     std::vector<std::string> steps;      // "configure 0", "end", ... (SweepApplication.run)
     std::vector<std::string> decisions;  // what the scripted user decided
     std::vector<std::string> heard;      // per satellite extension: "mdu: Detection[...]"
+    size_t scanMapsAnswers = 0;          // scan-maps commands the builder had answered
+    std::vector<std::string> scanMapsMismatches;  // answers with another status than foreseen
     std::vector<std::string> reachable;  // lifecycle objects not collected after release
     std::vector<MiddlewareCall> calls;   // every call that can be refused, in order
     std::string error;                   // set when the run could not be made at all

@@ -39,7 +39,9 @@ const Standard kStandards[] = {
     {"dvbt_lcn_v2", "dvbt", kTerrestrialExtensions, "dvbt-lcnv2.json"},
     {"dvbt_cancelled", "dvbt cancelled", kTerrestrialExtensions, "dvbt-cancelled.json"},
     {"dvbc_austria", "dvbc", {}, "dvbc-austria.json"},
+    {"dvbc_china", "dvbc china", {}, "dvbc-china.json"},
     {"dtmb_beijing", "dtmb", {}, "dtmb-auto.json"},
+    {"dtmb_manual", "dtmb manual", {}, "dtmb-manual.json"},
     {"atsc_washington", "atsc", {}, "atsc-washington.json"},
     {"cqam_standard_plan", "cqam", {}, "cqam-std.json"},
     {"isdb_sao_paulo", "isdb", {}, "isdb-sao-paulo.json"},
@@ -220,6 +222,7 @@ protected:
         bool heard = clean_.heard.empty();
         for (const std::string& line : clean_.heard) heard = heard || line.back() != ':';
         EXPECT_TRUE(heard) << "no extension heard the builder: " << join(clean_.heard);
+        EXPECT_EQ(clean_.scanMapsMismatches, Strings{});
     }
 
     // The VM's own threads hold global references for a moment now and then: the fewest
@@ -277,6 +280,11 @@ Outcome FaultSweep::sweepOne(const MiddlewareCall& call) {
     EXPECT_TRUE(found) << "the refused call was not made";
     const StatusRule* rule = ruleFor(kStatusRules, call);
     EXPECT_EQ(run.steps, expectedSteps(clean_.steps, rule));
+    // Without the scan map registered the builder's questions go unanswered; every other
+    // refusal leaves each answer's status as the builder expects it.
+    if (call.fn != "x_sb_reg_scan_map") {
+        EXPECT_EQ(run.scanMapsMismatches, Strings{});
+    }
     Strings decisions;
     if (expectedDecisions(clean_.decisions, call, rule, &decisions)) {
         EXPECT_EQ(run.decisions, decisions);
@@ -328,8 +336,9 @@ void FaultSweep::sweepAll(const std::vector<MiddlewareCall>& calls) {
         site.second = o;
         if (HasFatalFailure()) return;
     }
-    printf("fault sweep clean run: %s: %s; decisions: %s; heard: %s\n", GetParam().name,
-           join(clean_.steps).c_str(), join(clean_.decisions).c_str(), join(clean_.heard).c_str());
+    printf("fault sweep clean run: %s: %s; scan-maps answers %zu; decisions: %s; heard: %s\n",
+           GetParam().name, join(clean_.steps).c_str(), clean_.scanMapsAnswers,
+           join(clean_.decisions).c_str(), join(clean_.heard).c_str());
     printf("fault sweep table: %s: %zu calls swept", GetParam().name, calls.size());
     for (int o = 0; o < kOutcomes; ++o) printf(", %s %d", kOutcomeNames[o], counts[o]);
     printf("\n");

@@ -194,6 +194,11 @@ public final class SweepApplication {
             case "dvbc":
                 return new ZelTvDvbcScanConfig(
                         ZelTvDvbcScanSettings.builder("AUT", "deu").operator(33).full().build());
+            case "dvbc china":  // the Chinese cable builder, a quick scan from the home frequency
+                return new ZelTvDvbcScanConfig(
+                        ZelTvDvbcScanSettings.builder("CHN", "chi").quick(259_000_000, 0x3001).build());
+            case "dtmb manual":  // the builder asks for the frequency when the scan is set up
+                return new ZelTvDtmbScanConfig(ZelTvDtmbScanSettings.manual("CHN", "chi", 674_000_000));
             case "dtmb":
                 return new ZelTvDtmbScanConfig(new ZelTvDtmbScanSettings("CHN", "chi"));
             case "atsc":
