@@ -16,15 +16,16 @@ import java.util.function.Function;
  */
 final class Decisions {
     private final Screen screen;
-    private final Input input; // null: decide by rule
+    private final Choice choice;
+    private final boolean decidingByRule;
     private final List<String> made = Collections.synchronizedList(new ArrayList<>());
     private volatile ZelTvScanTargetRegion.Region chosenRegion;
-    private volatile boolean asking;
 
     /** @param input where the user answers, or null to decide every question by rule */
     Decisions(Screen screen, Input input) {
         this.screen = screen;
-        this.input = input;
+        this.choice = new Choice(screen, input);
+        this.decidingByRule = input == null;
     }
 
     /** What was decided, one line each, for the summary. */
@@ -36,7 +37,7 @@ final class Decisions {
 
     /** Whether the user is being asked right now (the wait for the scan's end pauses). */
     boolean isAsking() {
-        return asking;
+        return choice.isAsking();
     }
 
     ZelTvScanTargetRegion.Region chosenRegion() {
@@ -146,55 +147,15 @@ final class Decisions {
     }
 
     private void heading(String title, String what) {
-        screen.endProgress();
-        screen.line("");
-        screen.line("  " + screen.bold(screen.yellow(title)) + screen.dim(" " + screen.dot()
-                + " " + what));
+        choice.heading(title, what);
     }
 
-    /** Lists the options and returns the index picked by the user or by the rule. */
     private <T> int ask(List<T> options, Function<T, String> label, int byRule, String rule) {
-        for (int i = 0; i < options.size(); i++) {
-            String mark = input == null && i == byRule ? screen.yellow("*") : " ";
-            screen.line(String.format("   %s%2d) %s", mark, i + 1, label.apply(options.get(i))));
-        }
-        if (input == null) {
-            screen.line("  " + screen.yellow(screen.arrow()) + " chose " + (byRule + 1)
-                    + " by rule: " + rule);
-            return byRule;
-        }
-        asking = true;
-        try {
-            return askUser(options.size(), byRule, rule);
-        } finally {
-            asking = false;
-        }
+        return choice.ask(options, label, byRule, rule);
     }
 
-    private int askUser(int count, int byRule, String rule) {
-        while (true) {
-            screen.prompt("  Choose 1-" + count + " [" + (byRule + 1) + "]: ");
-            String answer = input.nextLine();
-            if (answer == null || answer.isBlank()) {
-                screen.line("  " + screen.yellow(screen.arrow()) + " default " + (byRule + 1)
-                        + ": " + rule);
-                return byRule;
-            }
-            try {
-                int n = Integer.parseInt(answer.trim());
-                if (n >= 1 && n <= count) {
-                    screen.line("  " + screen.yellow(screen.arrow()) + " chose " + n);
-                    return n - 1;
-                }
-            } catch (NumberFormatException notANumber) {
-                // asked again below
-            }
-            screen.line("  " + screen.red("please answer a number from 1 to " + count));
-        }
-    }
-
-    private void record(String decision, boolean choice) {
-        made.add(decision + (choice && input == null ? " (by rule)" : ""));
+    private void record(String decision, boolean isChoice) {
+        made.add(decision + (isChoice && decidingByRule ? " (by rule)" : ""));
     }
 
     private static String quote(String name) {

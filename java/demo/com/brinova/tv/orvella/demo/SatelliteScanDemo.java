@@ -8,6 +8,7 @@ import com.brinova.tv.orvella.services.scan.ZelTvDvbsScanConfig;
 import com.brinova.tv.orvella.services.scan.ZelTvDvbsScanSettings;
 import com.brinova.tv.orvella.services.scan.ZelTvScanEngine;
 import com.brinova.tv.orvella.services.scan.ZelTvScanException;
+import com.brinova.tv.orvella.services.scan.ZelTvScanExtension;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
@@ -25,49 +26,68 @@ import java.util.regex.Pattern;
  * transponders as the builder tunes them, the orbit slot it reports, the services it finds
  * by kind, and a summary.
  *
+ * <p>With {@code --service} the scan takes an operator service or a dish installation
+ * along: Fastscan (the operators' channel lists), TKGS (the Turkish channel-list service),
+ * HD+ (its service guide) or the installation of a multi-input dish. A service may scan
+ * more than once, as a receiver does: first to learn what is offered, then to install what
+ * was chosen. Choices are asked on a terminal; without one, or with {@code --auto}, a rule
+ * decides and the demo says which.
+ *
  * <p>Usage: {@code SatelliteScanDemo --satellites FILE [--scan satellite|network|single]
- * [--single-satellite] [--timeout SECONDS]}. The satellite database is the satellite table
- * of a scenario file (a TV has the same public transponder charts built in).
+ * [--single-satellite] [--service fastscan|tkgs|hdplus|installation]
+ * [--installed NWID,SUBLIST,VERSION] [--auto] [--timeout SECONDS]}. The satellite database is
+ * the satellite table of a scenario file (a TV has the same public transponder charts built
+ * in).
  */
 public final class SatelliteScanDemo {
     private static final int SVL_ID = 1;
     private static final String USAGE = "usage: SatelliteScanDemo --satellites FILE"
-            + " [--scan satellite|network|single] [--single-satellite] [--timeout SECONDS]";
+            + " [--scan satellite|network|single] [--single-satellite]"
+            + " [--service fastscan|tkgs|hdplus|installation] [--installed NWID,SUBLIST,VERSION]"
+            + " [--auto] [--timeout SECONDS]";
+
+    /** An operator service or installation shown around one or more scans. */
+    interface Service {
+        /** Runs the service's scans; returns the demo's exit code. */
+        int run(SatelliteScanDemo demo) throws InterruptedException;
+    }
 
     private final Screen screen = new Screen(System.console() != null);
+    private final Choice choice;
     private final List<ZelTvDvbsSatellite> satellites;
     private final ZelTvDvbsSatellite satellite;
     private final String scan;
     private final boolean singleSatellite;
     private final long timeoutSeconds;
 
-    private final CountDownLatch ended = new CountDownLatch(1);
-    private final AtomicInteger endReason = new AtomicInteger();
-    private final AtomicInteger tuned = new AtomicInteger();
-    private final int[] added = new int[3]; // tv, radio, app; guarded by itself
-    private volatile String orbitSlot = "not reported";
-    private volatile String serviceCount = "not reported";
-    private volatile List<String> categories = List.of();
-
     private SatelliteScanDemo(List<ZelTvDvbsSatellite> satellites, String scan,
-            boolean singleSatellite, long timeoutSeconds) {
+            boolean singleSatellite, long timeoutSeconds, boolean auto) {
         this.satellites = satellites;
         this.satellite = satellites.get(0);
         this.scan = scan;
         this.singleSatellite = singleSatellite;
         this.timeoutSeconds = timeoutSeconds;
+        boolean ask = screen.isTerminal() && !auto;
+        // During a scan nothing is asked: a line typed then is not an answer and is dropped.
+        this.choice = new Choice(screen, ask ? new Input(System.console(), () -> {}) : null);
     }
 
     public static void main(String[] args) {
         String file = null;
         String scan = "satellite";
+        String service = null;
+        String installed = null;
         boolean single = false;
+        boolean auto = false;
         long timeout = 300;
         for (int i = 0; i < args.length; i++) {
             switch (args[i]) {
                 case "--satellites" -> file = value(args, ++i);
                 case "--scan" -> scan = value(args, ++i);
                 case "--single-satellite" -> single = true;
+                case "--service" -> service = value(args, ++i);
+                case "--installed" -> installed = value(args, ++i);
+                case "--auto" -> auto = true;
                 case "--timeout" -> timeout = Long.parseLong(value(args, ++i));
                 default -> usage("unknown option " + args[i]);
             }
@@ -77,8 +97,12 @@ public final class SatelliteScanDemo {
         }
         int code;
         try {
+            Service chosen = service == null ? null : service(service, installed);
             List<ZelTvDvbsSatellite> list = readSatellites(Path.of(file));
-            code = new SatelliteScanDemo(list, scan, single, timeout).run();
+            code = new SatelliteScanDemo(list, scan, single, timeout, auto).run(chosen);
+        } catch (InterruptedException e) {
+            Thread.currentThread().interrupt();
+            code = 1;
         } catch (IOException | IllegalArgumentException e) {
             System.err.println("satellite demo: " + e.getMessage());
             code = 2;
@@ -88,6 +112,20 @@ public final class SatelliteScanDemo {
             code = 1;
         }
         System.exit(code);
+    }
+
+    private static Service service(String name, String installed) {
+        if (installed != null && !name.equals("fastscan")) {
+            throw new IllegalArgumentException("--installed belongs to --service fastscan");
+        }
+        return switch (name) {
+            case "fastscan" -> new FastscanService(installed == null ? null
+                    : FastscanService.Installed.parse(installed));
+            case "tkgs" -> new TkgsService();
+            case "hdplus" -> new HdPlusService();
+            case "installation" -> new InstallationService();
+            default -> throw new IllegalArgumentException("no such service: " + name);
+        };
     }
 
     private static String value(String[] args, int i) {
@@ -139,45 +177,33 @@ public final class SatelliteScanDemo {
         return out;
     }
 
-    private int run() {
+    private int run(Service service) throws InterruptedException {
         screen.line(screen.bold("Orvella satellite scan demo"));
         fact("satellite", satellite + ", universal LNB 9750/10600 MHz, switch 11700 MHz");
         fact("database", satellite.getTransponders().size() + " transponders");
-        ZelTvScanEngine engine = null;
-        ZelTvDvbsConfigBase config = null;
-        try {
-            engine = new ZelTvScanEngine(new ScanDemo.DemoPipeline("satellite tuner 0"));
-            engine.setListener(new EngineListener());
-            config = singleSatellite ? satelliteConfig() : operatorConfig();
-            config.setSatellites(satellites);
-            if (!ok("configure", engine.configure(config, SVL_ID))) {
-                return finish(engine, config, false, 1);
-            }
-            screen.line(screen.bold("Scanning") + screen.dim(" " + screen.dot() + " DVB-S, "
-                    + (singleSatellite ? "single-satellite configuration" : scan + " scan")));
-            long started = System.nanoTime();
-            if (!ok("start", engine.start())) {
-                return finish(engine, config, true, 1);
-            }
-            if (!ended.await(timeoutSeconds, TimeUnit.SECONDS)) {
-                screen.error("satellite demo: no end of scan after " + timeoutSeconds + " s");
-                engine.cancel();
-                return finish(engine, config, true, 3);
-            }
-            summary((System.nanoTime() - started) / 1e9);
-            return finish(engine, config, true, endReason.get() == ZelTvScanEngine.END_COMPLETE
-                    ? 0 : 1);
-        } catch (ZelTvScanException e) {
-            screen.error("satellite demo: " + e.getMessage());
-            return finish(engine, config, false, 1);
-        } catch (InterruptedException e) {
-            Thread.currentThread().interrupt();
-            return finish(engine, config, true, 1);
+        if (service != null) {
+            fact("choices", choice.asksUser() ? "asked on this terminal" : "by rule");
         }
+        int code = service != null ? service.run(this) : plainScan();
+        if (code == 0) {
+            screen.line(screen.dim("Closed and released. Bye."));
+        }
+        return code;
     }
 
-    private ZelTvDvbsConfigBase operatorConfig() {
-        ZelTvDvbsScanSettings settings = new ZelTvDvbsScanSettings("DEU", "deu", satellite)
+    private int plainScan() throws InterruptedException {
+        ZelTvDvbsScanSettings settings = singleSatellite ? null : settings("DEU", "deu");
+        Pass pass = scan(singleSatellite ? "single-satellite configuration" : scan + " scan",
+                settings, List.of());
+        if (pass.ran()) {
+            summary(pass);
+        }
+        return pass.exitCode();
+    }
+
+    /** Settings of the demo's scan kind on the database's first satellite. */
+    ZelTvDvbsScanSettings settings(String country, String language) {
+        ZelTvDvbsScanSettings settings = new ZelTvDvbsScanSettings(country, language, satellite)
                 .setServiceUpdateType(ZelTvDvbsScanSettings.UPDATE_TYPE_REPLACE);
         ZelTvDvbsSatellite.Transponder home = satellite.getTransponder(0);
         if (scan.equals("network")) {
@@ -185,9 +211,60 @@ public final class SatelliteScanDemo {
         } else if (scan.equals("single")) {
             settings.setTransponder(ZelTvDvbsScanSettings.SCAN_TYPE_SINGLE_TRANSPONDER, home);
         }
+        return settings;
+    }
+
+    /**
+     * Runs one scan on a new engine: configure, add the extensions, start, wait for the end,
+     * close and release. The settings null scan with the single-satellite configuration.
+     */
+    Pass scan(String title, ZelTvDvbsScanSettings settings,
+            List<? extends ZelTvScanExtension> extensions) throws InterruptedException {
+        Pass pass = new Pass();
+        ZelTvScanEngine engine = null;
+        ZelTvDvbsConfigBase config = null;
+        try {
+            engine = new ZelTvScanEngine(new ScanDemo.DemoPipeline("satellite tuner 0"));
+            engine.setListener(pass);
+            config = settings == null ? satelliteConfig() : operatorConfig(settings, pass);
+            config.setSatellites(satellites);
+            if (!ok("configure", engine.configure(config, SVL_ID))) {
+                finish(engine, config, false);
+                return pass;
+            }
+            if (!added(engine, extensions)) {
+                finish(engine, config, true);
+                return pass;
+            }
+            screen.line(screen.bold("Scanning") + screen.dim(" " + screen.dot() + " DVB-S, "
+                    + title));
+            long started = System.nanoTime();
+            if (ok("start", engine.start())) {
+                pass.await(timeoutSeconds, engine);
+            }
+            pass.seconds = (System.nanoTime() - started) / 1e9;
+            pass.released = finish(engine, config, true);
+        } catch (ZelTvScanException e) {
+            screen.error("satellite demo: " + e.getMessage());
+            finish(engine, config, false);
+        }
+        return pass;
+    }
+
+    private boolean added(ZelTvScanEngine engine, List<? extends ZelTvScanExtension> extensions) {
+        for (ZelTvScanExtension extension : extensions) {
+            if (!ok("add " + extension.getClass().getSimpleName(),
+                    engine.addExtension(extension))) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    private ZelTvDvbsConfigBase operatorConfig(ZelTvDvbsScanSettings settings, Pass pass) {
         fact("settings", settings.toString());
         ZelTvDvbsScanConfig c = new ZelTvDvbsScanConfig(settings);
-        c.setSatelliteScanListener(new SatelliteListener());
+        c.setSatelliteScanListener(pass);
         return c;
     }
 
@@ -198,7 +275,46 @@ public final class SatelliteScanDemo {
         return new ZelTvDvbsSatelliteConfig(settings);
     }
 
-    private final class EngineListener implements ZelTvScanEngine.Listener {
+    /** What one scan reported, from the event thread and the builder's threads. */
+    final class Pass implements ZelTvScanEngine.Listener,
+            ZelTvDvbsScanConfig.SatelliteScanListener {
+        private final CountDownLatch ended = new CountDownLatch(1);
+        private final AtomicInteger endReason = new AtomicInteger();
+        private final AtomicInteger tuned = new AtomicInteger();
+        private final int[] added = new int[3]; // tv, radio, app; guarded by itself
+        private volatile String orbitSlot = "not reported";
+        private volatile String serviceCount = "not reported";
+        private volatile List<String> categories = List.of();
+        private volatile boolean timedOut;
+        private volatile boolean released;
+        private volatile double seconds;
+
+        private void await(long timeout, ZelTvScanEngine engine) throws InterruptedException {
+            if (!ended.await(timeout, TimeUnit.SECONDS)) {
+                screen.error("satellite demo: no end of scan after " + timeout + " s");
+                timedOut = true;
+                engine.cancel();
+            }
+        }
+
+        /** Whether the scan ran to its end and everything was closed and released. */
+        boolean complete() {
+            return exitCode() == 0;
+        }
+
+        /** Whether the scan was started and ended (completely or not). */
+        boolean ran() {
+            return ended.getCount() == 0 && !timedOut;
+        }
+
+        /** 0 complete, 3 no end in time, 1 anything else. */
+        int exitCode() {
+            if (timedOut) {
+                return 3;
+            }
+            return ran() && released && endReason.get() == ZelTvScanEngine.END_COMPLETE ? 0 : 1;
+        }
+
         @Override
         public void onFrequency(int frequencyMhz) {
             ZelTvDvbsSatellite.Transponder tp = null;
@@ -216,9 +332,7 @@ public final class SatelliteScanDemo {
             endReason.set(reason);
             ended.countDown();
         }
-    }
 
-    private final class SatelliteListener implements ZelTvDvbsScanConfig.SatelliteScanListener {
         @Override
         public void onServiceUpdate(ZelTvDvbsScanConfig.ServiceUpdate u) {
             synchronized (added) {
@@ -245,37 +359,37 @@ public final class SatelliteScanDemo {
         }
     }
 
-    private void summary(double seconds) {
+    /** The scan's summary: what the configuration heard, under a heading. */
+    void summary(Pass pass) {
         screen.line("");
-        screen.line(screen.bold("Summary") + screen.dim(String.format(" (%.1f s)", seconds)));
+        screen.line(screen.bold("Summary") + screen.dim(String.format(" (%.1f s)", pass.seconds)));
         fact("satellite", satellite.toString());
-        fact("orbit slot", singleSatellite ? "not asked for by this configuration" : orbitSlot);
-        fact("transponders", tuned.get() + " tuned");
-        synchronized (added) {
+        fact("orbit slot", singleSatellite ? "not asked for by this configuration"
+                : pass.orbitSlot);
+        fact("transponders", pass.tuned.get() + " tuned");
+        synchronized (pass.added) {
             fact("services", singleSatellite ? "reported through the channel lists"
-                    : added[0] + " TV, " + added[1] + " radio, " + added[2] + " data added");
+                    : pass.added[0] + " TV, " + pass.added[1] + " radio, " + pass.added[2]
+                            + " data added");
         }
-        fact("builder count", serviceCount);
-        if (!categories.isEmpty()) {
-            fact("categories", String.join(", ", categories));
+        fact("builder count", pass.serviceCount);
+        if (!pass.categories.isEmpty()) {
+            fact("categories", String.join(", ", pass.categories));
         }
-        fact("end", endReason.get() == ZelTvScanEngine.END_COMPLETE ? "complete"
-                : "reason " + endReason.get());
+        fact("end", pass.endReason.get() == ZelTvScanEngine.END_COMPLETE ? "complete"
+                : "reason " + pass.endReason.get());
     }
 
-    private int finish(ZelTvScanEngine engine, ZelTvDvbsConfigBase config, boolean close,
-            int code) {
-        int result = code;
+    /** Closes and releases; whether all of it succeeded. */
+    private boolean finish(ZelTvScanEngine engine, ZelTvDvbsConfigBase config, boolean close) {
+        boolean result = true;
         if (engine != null) {
-            result = close && !ok("close", engine.close()) && result == 0 ? 1 : result;
-            result = !ok("release engine", engine.release()) && result == 0 ? 1 : result;
+            result = !close || ok("close", engine.close());
+            result &= ok("release engine", engine.release());
         }
         // The configuration goes last: the engine used it until it was closed.
-        if (config != null && !ok("release configuration", config.release()) && result == 0) {
-            result = 1;
-        }
-        if (result == 0) {
-            screen.line(screen.dim("Closed and released. Bye."));
+        if (config != null) {
+            result &= ok("release configuration", config.release());
         }
         return result;
     }
@@ -287,7 +401,27 @@ public final class SatelliteScanDemo {
         return status == 0;
     }
 
-    private void fact(String name, String value) {
+    // ---- for the services ----
+
+    Screen screen() {
+        return screen;
+    }
+
+    Choice choice() {
+        return choice;
+    }
+
+    /** The scanned satellite: the first of the database. */
+    ZelTvDvbsSatellite satellite() {
+        return satellite;
+    }
+
+    List<ZelTvDvbsSatellite> satellites() {
+        return satellites;
+    }
+
+    /** One "name  value" line. */
+    void fact(String name, String value) {
         screen.line(String.format("  %-14s %s", name, value));
     }
 }
