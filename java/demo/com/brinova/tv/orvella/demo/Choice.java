@@ -47,6 +47,17 @@ final class Choice {
         }
     }
 
+    /**
+     * Asks for one of `names` under a heading, the first being the rule's pick; prints and
+     * returns the one taken.
+     */
+    String askName(String title, String what, List<String> names, String rule, String taken) {
+        heading(title, what);
+        String name = names.get(ask(names, n -> n, 0, rule));
+        screen.line("  " + taken + " \"" + name + "\"");
+        return name;
+    }
+
     private int askUser(int count, int byRule, String rule) {
         while (true) {
             screen.prompt("  Choose 1-" + count + " [" + (byRule + 1) + "]: ");

@@ -67,7 +67,9 @@ final class InstallationService implements SatelliteScanDemo.Service {
             demo.screen().error("satellite demo: the builder offered no regional channel list");
             return 1;
         }
-        String chosen = choose(demo, offered);
+        String chosen = demo.choice().askName("Regional channel list", "the operator offers "
+                + offered.size() + " regional lists", offered, "the first list the builder offers",
+                "regional list");
         if (regions.select(chosen) != ZelTvScanRegionChannelList.STATUS_OK) {
             demo.screen().error("satellite demo: the regional list was refused");
             return 1;
@@ -126,14 +128,5 @@ final class InstallationService implements SatelliteScanDemo.Service {
                 + ZelTvDvbsSatellite.polarizationName(d.value2()) + " "
                 + Integer.toUnsignedString(d.value3()) + " kBd (satellite record " + d.record()
                 + ")";
-    }
-
-    /** The user's pick, or the rule's: the first list the builder offers. */
-    private static String choose(SatelliteScanDemo demo, List<String> lists) {
-        demo.choice().heading("Regional channel list", "the operator offers " + lists.size()
-                + " regional lists");
-        int pick = demo.choice().ask(lists, name -> name, 0, "the first list the builder offers");
-        demo.screen().line("  regional list \"" + lists.get(pick) + "\"");
-        return lists.get(pick);
     }
 }

@@ -73,7 +73,9 @@ final class TkgsService implements SatelliteScanDemo.Service {
             demo.screen().error("satellite demo: the TKGS tables gave no version or service list");
             return 1;
         }
-        String list = choose(demo, first.lists);
+        String list = demo.choice().askName("TKGS service list", "the tables offer "
+                + first.lists.size() + " lists", first.lists, "the first list the tables give",
+                "service list");
         ZelTvScanTKGS.Settings install = new ZelTvScanTKGS.Settings().setVersion(first.version)
                 .setMode(MODE).setPreferredServiceList(list);
         first.hidden.forEach(install::addHiddenLocator);
@@ -105,14 +107,5 @@ final class TkgsService implements SatelliteScanDemo.Service {
             demo.choice().heading("Message", "from the TKGS tables, for the viewer");
             demo.screen().line("    " + demo.screen().bold(r.message));
         }
-    }
-
-    /** The user's pick, or the rule's: the first list the tables give. */
-    private static String choose(SatelliteScanDemo demo, List<String> lists) {
-        demo.choice().heading("TKGS service list", "the tables offer " + lists.size()
-                + " lists");
-        int pick = demo.choice().ask(lists, name -> name, 0, "the first list the tables give");
-        demo.screen().line("  service list \"" + lists.get(pick) + "\"");
-        return lists.get(pick);
     }
 }
