@@ -83,7 +83,7 @@ final class FastscanService implements SatelliteScanDemo.Service {
     }
 
     @Override
-    public int run(SatelliteScanDemo demo) throws InterruptedException {
+    public int run(SatelliteScanDemo demo) {
         ZelTvScanFST fst = new ZelTvScanFST();
         ZelTvDvbsScanSettings settings = demo.settings(COUNTRY, "dut");
         if (installed != null) {

@@ -10,7 +10,7 @@ import java.util.List;
  */
 final class HdPlusService implements SatelliteScanDemo.Service {
     @Override
-    public int run(SatelliteScanDemo demo) throws InterruptedException {
+    public int run(SatelliteScanDemo demo) {
         ZelTvScanHDPlus hdPlus = new ZelTvScanHDPlus();
         ZelTvScanHDPlus.HDPlusInfo info = new ZelTvScanHDPlus.HDPlusInfo(0, false, true);
         hdPlus.setHDPlus(info);

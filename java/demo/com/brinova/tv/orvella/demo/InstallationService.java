@@ -35,7 +35,7 @@ final class InstallationService implements SatelliteScanDemo.Service {
     private static final int TIME_ZONE = 0;
 
     @Override
-    public int run(SatelliteScanDemo demo) throws InterruptedException {
+    public int run(SatelliteScanDemo demo) {
         ZelTvScanDetectLNB lnb = new ZelTvScanDetectLNB();
         ZelTvScanMDU mdu = new ZelTvScanMDU();
         ZelTvScanDetectTransponder home = new ZelTvScanDetectTransponder();

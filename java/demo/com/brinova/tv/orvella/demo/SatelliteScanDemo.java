@@ -49,7 +49,7 @@ public final class SatelliteScanDemo {
     /** An operator service or installation shown around one or more scans. */
     interface Service {
         /** Runs the service's scans; returns the demo's exit code. */
-        int run(SatelliteScanDemo demo) throws InterruptedException;
+        int run(SatelliteScanDemo demo);
     }
 
     private final Screen screen = new Screen(System.console() != null);
@@ -100,9 +100,6 @@ public final class SatelliteScanDemo {
             Service chosen = service == null ? null : service(service, installed);
             List<ZelTvDvbsSatellite> list = readSatellites(Path.of(file));
             code = new SatelliteScanDemo(list, scan, single, timeout, auto).run(chosen);
-        } catch (InterruptedException e) {
-            Thread.currentThread().interrupt();
-            code = 1;
         } catch (IOException | IllegalArgumentException e) {
             System.err.println("satellite demo: " + e.getMessage());
             code = 2;
@@ -177,7 +174,7 @@ public final class SatelliteScanDemo {
         return out;
     }
 
-    private int run(Service service) throws InterruptedException {
+    private int run(Service service) {
         screen.line(screen.bold("Orvella satellite scan demo"));
         fact("satellite", satellite + ", universal LNB 9750/10600 MHz, switch 11700 MHz");
         fact("database", satellite.getTransponders().size() + " transponders");
@@ -191,7 +188,7 @@ public final class SatelliteScanDemo {
         return code;
     }
 
-    private int plainScan() throws InterruptedException {
+    private int plainScan() {
         ZelTvDvbsScanSettings settings = singleSatellite ? null : settings("DEU", "deu");
         Pass pass = scan(singleSatellite ? "single-satellite configuration" : scan + " scan",
                 settings, List.of());
@@ -216,10 +213,10 @@ public final class SatelliteScanDemo {
 
     /**
      * Runs one scan on a new engine: configure, add the extensions, start, wait for the end,
-     * close and release. The settings null scan with the single-satellite configuration.
+     * close and release. Without settings it scans with the single-satellite configuration.
      */
     Pass scan(String title, ZelTvDvbsScanSettings settings,
-            List<? extends ZelTvScanExtension> extensions) throws InterruptedException {
+            List<? extends ZelTvScanExtension> extensions) {
         Pass pass = new Pass();
         ZelTvScanEngine engine = null;
         ZelTvDvbsConfigBase config = null;
@@ -247,6 +244,9 @@ public final class SatelliteScanDemo {
         } catch (ZelTvScanException e) {
             screen.error("satellite demo: " + e.getMessage());
             finish(engine, config, false);
+        } catch (InterruptedException e) {
+            Thread.currentThread().interrupt();
+            finish(engine, config, true);
         }
         return pass;
     }
@@ -414,10 +414,6 @@ public final class SatelliteScanDemo {
     /** The scanned satellite: the first of the database. */
     ZelTvDvbsSatellite satellite() {
         return satellite;
-    }
-
-    List<ZelTvDvbsSatellite> satellites() {
-        return satellites;
     }
 
     /** One "name  value" line. */

@@ -53,7 +53,7 @@ final class TkgsService implements SatelliteScanDemo.Service {
     }
 
     @Override
-    public int run(SatelliteScanDemo demo) throws InterruptedException {
+    public int run(SatelliteScanDemo demo) {
         ZelTvDvbsSatellite.Transponder home = demo.satellite().getTransponder(0);
         TKGSLocator visible = new TKGSLocator(home.getFrequency(), home.getPolarization(),
                 home.getSymbolRate(), LOCATOR_PID);
