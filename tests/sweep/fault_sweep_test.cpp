@@ -38,6 +38,7 @@ const Standard kStandards[] = {
     {"dvbt_lcn_conflict", "dvbt", kTerrestrialExtensions, "dvbt-lcn-conflict.json"},
     {"dvbt_lcn_v2", "dvbt", kTerrestrialExtensions, "dvbt-lcnv2.json"},
     {"dvbt_cancelled", "dvbt cancelled", kTerrestrialExtensions, "dvbt-cancelled.json"},
+    {"dvbt_monitored", "dvbt monitored", kTerrestrialExtensions, "dvbt-small.json"},
     {"dvbc_austria", "dvbc", {}, "dvbc-austria.json"},
     {"dvbc_china", "dvbc china", {}, "dvbc-china.json"},
     {"dtmb_beijing", "dtmb", {}, "dtmb-auto.json"},
@@ -53,8 +54,8 @@ const Standard kStandards[] = {
     {"dvbs_installation", "dvbs install", kInstallationExtensions, "dvbs-installation.json"},
 };
 
-// What a refusal changes in the application's steps: the statuses of the steps named (a
-// name ending in '*' names every step that starts so), and steps that no longer happen.
+// What a refusal changes in the application's steps: the statuses of the steps named (see
+// names() for the patterns), and steps that no longer happen.
 struct Change {
     const char* step;
     const char* status;  // null: the step does not happen
@@ -68,19 +69,31 @@ struct StatusRule {
 
 // The engine's answers to a refused call; every other refusal leaves every status as in the
 // clean run (it is logged, or the extension answers it with -6 inside its own decision).
-const std::vector<Change> kNoBuilder = {{"configure", "-22"}, {"start", "-22"}, {"cancel", nullptr},
-                                         {"end", nullptr}, {"close", "-38"}};
+// Without a scan nothing is cancelled or monitored afterwards.
+const std::vector<Change> kNoScan = {
+    {"cancel", nullptr}, {"end", nullptr}, {"* monitor", nullptr}, {"monitor *", nullptr}};
+std::vector<Change> operator+(std::vector<Change> a, const std::vector<Change>& b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+const std::vector<Change> kNoBuilder =
+    std::vector<Change>{{"configure", "-22"}, {"start", "-22"}, {"close", "-38"}} + kNoScan;
 const StatusRule kStatusRules[] = {
     // No pipeline handle: configure refuses, nothing is ever configured.
     {"handle_alloc", "setup",
-     {{"configure", "-22"}, {"add *", "-22"}, {"start", "-22"}, {"cancel", nullptr}, {"end", nullptr},
-      {"close", "-38"}}},
+     std::vector<Change>{{"configure", "-22"}, {"add *", "-22"}, {"start", "-22"}, {"close", "-38"}} +
+         kNoScan},
     // No builder: extensions are listed but never attached; start and close find handle 0.
     {"x_sb_open_builder", "configure", kNoBuilder},
     {"x_mem_alloc", "configure", kNoBuilder},
     // The builder stays open without the scan map; the scan runs unanswered.
     {"x_sb_reg_scan_map", "configure", {{"configure", "-22"}}},
-    {"x_sb_start_scan", "start", {{"start", "-22"}, {"cancel", nullptr}, {"end", nullptr}}},
+    {"x_sb_start_scan", "start", std::vector<Change>{{"start", "-22"}} + kNoScan},
+    // The monitor's start and stop answer a refusal with -22.
+    {"x_sb_start_scan", "start monitor", {{"start monitor", "-22"}, {"monitor *", nullptr}}},
+    {"x_sb_cancel_scan", "stop monitor", {{"stop monitor", "-22"}}},
+    // Without its registration the monitor's transport-stream change reaches nobody.
+    {"c_tsl_register_every_notify", "configure", {{"monitor transport_streams", "0"}}},
     {"x_sb_close_builder", "close", {{"close", "-38"}}},
     // A refused cancel leaves the scan waiting half-way; the application closes it.
     {"x_sb_cancel_scan", "cancel", {{"cancel", "-38"}, {"end", nullptr}}},
@@ -144,9 +157,14 @@ const auto* ruleFor(const Rows& rows, const MiddlewareCall& call) {
     return static_cast<decltype(&*std::begin(rows))>(nullptr);
 }
 
+// A pattern ending in '*' names every step that begins so, one beginning with '*' every step
+// that ends so.
 bool names(const char* pattern, const std::string& step) {
     std::string p(pattern);
     if (!p.empty() && p.back() == '*') return step.compare(0, p.size() - 1, p, 0, p.size() - 1) == 0;
+    if (!p.empty() && p.front() == '*') {
+        return step.size() >= p.size() - 1 && step.compare(step.size() - (p.size() - 1), p.size() - 1, p, 1) == 0;
+    }
     return step == p;
 }
 

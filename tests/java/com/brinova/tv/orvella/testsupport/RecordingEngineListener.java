@@ -49,6 +49,16 @@ public final class RecordingEngineListener implements ZelTvScanEngine.Listener {
         return mLog.await("status " + ZelTvScanEngine.EVENT_PROGRESS + " ", count, millis);
     }
 
+    /** Waits until `count` updates of `list` ("services", ...) have arrived; false on time-out. */
+    public boolean awaitListUpdates(String list, int count, long millis) throws InterruptedException {
+        return mLog.await(list + " ", count, millis);
+    }
+
+    /** The updates of `list` that have arrived. */
+    public int listUpdates(String list) {
+        return (int) java.util.Arrays.stream(mLog.eventNames()).filter(e -> e.startsWith(list + " ")).count();
+    }
+
     /** Waits until at least `count` events have arrived; false on time-out. */
     public boolean awaitCount(int count, long millis) throws InterruptedException {
         return mLog.await("", count, millis);

@@ -56,14 +56,23 @@ import java.util.stream.Stream;
 public final class SweepApplication {
     /** Bound on waiting for the scan's end: generous, only there so that a hang shows. */
     private static final long END_WAIT_MS = 30_000;
+    /** Bound on waiting for the monitor's report. */
+    private static final long MONITOR_WAIT_MS = 2_000;
 
     /** A configuration key ending so cancels the scan half-way ("dvbt cancelled"). */
     private static final String CANCELLED = " cancelled";
+    /**
+     * A configuration key ending so puts the builder into monitor mode after the scan, until
+     * the builder reports a transport-stream list change ("dvbt monitored").
+     */
+    private static final String MONITORED = " monitored";
+    private static final String TSL = ZelTvScanEngine.ChannelList.TRANSPORT_STREAMS.name().toLowerCase();
     /** Progress reports before the cancelled scan's builder waits half-way. */
     private static final int PROGRESS_BEFORE_CANCEL = 3;
 
     private final String mStandard;
     private final boolean mCancel;
+    private final boolean mMonitor;
     private final String[] mExtensionNames;
     private final List<String> mSteps = new ArrayList<>();
     private final List<WeakReference<Object>> mObjects = new ArrayList<>();
@@ -75,7 +84,8 @@ public final class SweepApplication {
 
     public SweepApplication(String standard, String[] extensionNames) {
         mCancel = standard.endsWith(CANCELLED);
-        mStandard = mCancel ? standard.substring(0, standard.length() - CANCELLED.length()) : standard;
+        mMonitor = standard.endsWith(MONITORED);
+        mStandard = standard.replace(CANCELLED, "").replace(MONITORED, "");
         mExtensionNames = extensionNames.clone();
     }
 
@@ -111,7 +121,11 @@ public final class SweepApplication {
         step("start", started);
         if (started == ZelTvScanEngine.STATUS_OK && (!mCancel || cancelHalfWay(engine, listener))) {
             mark("scan");
-            mSteps.add(listener.awaitEnds(1, END_WAIT_MS) ? "end" : "end timed out");
+            boolean ended = listener.awaitEnds(1, END_WAIT_MS);
+            mSteps.add(ended ? "end" : "end timed out");
+            if (ended && mMonitor) {
+                monitor(engine, listener);
+            }
         }
         mark("close");
         step("close", engine.close());
@@ -124,6 +138,23 @@ public final class SweepApplication {
         mHeard = mHearing.stream().map(Supplier::get).toArray(String[]::new);
         mHearing.clear();  // the suppliers hold the extensions
         return mSteps.toArray(new String[0]);
+    }
+
+    /** Monitors the lists until the builder reports a transport-stream change, then stops. */
+    private void monitor(ZelTvScanEngine engine, RecordingEngineListener listener)
+            throws InterruptedException {
+        int before = listener.listUpdates(TSL);
+        mark("start monitor");
+        int started = engine.startMonitor();
+        step("start monitor", started);
+        if (started == ZelTvScanEngine.STATUS_OK) {
+            // "monitor transport_streams 1": what the monitor reported (nothing without the
+            // list's registration, so the wait is short).
+            boolean heard = listener.awaitListUpdates(TSL, before + 1, MONITOR_WAIT_MS);
+            step("monitor " + TSL, heard ? 1 : 0);
+        }
+        mark("stop monitor");
+        step("stop monitor", engine.stopMonitor());
     }
 
     /** Cancels the scan once it is half-way; true when the engine took the cancel. */
