@@ -8,6 +8,7 @@
 #include <stdint.h>
 
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,7 @@ struct Run {
     std::vector<std::string> steps;      // "configure 0", "end", ... (SweepApplication.run)
     std::vector<std::string> decisions;  // what the scripted user decided
     std::vector<std::string> heard;      // per satellite extension: "mdu: Detection[...]"
+    std::set<std::string> logs;          // the library's lines, addresses and ids blanked
     size_t scanMapsAnswers = 0;          // scan-maps commands the builder had answered
     std::vector<std::string> scanMapsMismatches;  // answers with another status than foreseen
     std::vector<std::string> reachable;  // lifecycle objects not collected after release
