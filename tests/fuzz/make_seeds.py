@@ -256,3 +256,65 @@ write('satellite_ops_fuzz', 'tkgs-choices',
       u8(1) + int_array([9, 0]) + u32(42) + int_array([9, 0]) + u32(1) + int_array([9, 0]) + u8(1) +
       jstring('Ulusal Liste') + u32(11054) + u32(1) + u32(30000) + u32(3000) + int_array([9, 0, 1]) + u8(1))
 write('satellite_ops_fuzz', 'hdplus-settings', u8(2) + u32(300) + u8(1) + u8(1) + u8(1))
+
+
+# dvbs_config: operations until the input ends. 0-3 a scan-maps call on the rig's DVB-S
+# configuration (scripted, model) or single-satellite configuration (scripted, model): the
+# command's index in (7 14 35 36 41 63 8 24 27 51 59 62 66 45 56) or, from 15, a raw command
+# byte; the output length; country; a pointer byte (bit 0 no input, 1 no output, 2 no
+# length); the input value; for 8 the 84-byte satellite record, for 45 and 56 the 16-bit
+# index; a status flag (bit 0: a 32-bit status follows); the answer. 4-7 a notification
+# (service update, orbit slot, service numbers, categories): a null byte (bit 0 no record,
+# bit 1 no tag) and the record.
+DVBS_COMMANDS = [7, 14, 35, 36, 41, 63, 8, 24, 27, 51, 59, 62, 66, 45, 56]
+
+
+def dvbs_maps(config, cmd, out_len, answer, value=0, record=b'', status=None, pointers=0, country=b'DEU'):
+    pick = u8(DVBS_COMMANDS.index(cmd)) if cmd in DVBS_COMMANDS else u8(255) + u8(cmd)
+    data = u8(config) + pick + u16(out_len) + country + u8(pointers) + u32(value) + record
+    data += (u8(1) + u32(status)) if status is not None else u8(0)
+    return data + u8(len(answer)) + b''.join(u32(a) for a in answer)
+
+
+def query_sat(name, values=(1, 3, 192), words=(11700, 22000)):
+    return struct.pack('<HHH', *values) + bytes(2) + name[:68].ljust(68, b'\0') + struct.pack('<II', *words)
+
+
+def sat_answer(orbit, lnb, freq, name):
+    return [orbit, lnb, 1, freq, 5, 6, 1093, 7, 8] + list(name[:64]) + [0] * (65 - min(len(name), 64))
+
+
+write('dvbs_config_fuzz', 'satellite-record',
+      dvbs_maps(0, 27, 112, sat_answer(192, 0, 11494, b'ASTRA 1KR/1L/1M/1N'), value=3)
+      + dvbs_maps(0, 27, 111, sat_answer(130, 1, 10971, b'Hot Bird'), value=3))
+write('dvbs_config_fuzz', 'satellite-name-64',
+      dvbs_maps(0, 27, 112, sat_answer(-300, 0x100, 12015, b'S' * 70)) + dvbs_maps(0, 66, 80, [1, 28006] + [ord('N')] * 65))
+write('dvbs_config_fuzz', 'query-satellite',
+      dvbs_maps(1, 8, 2, [3], record=query_sat(b'ASTRA 1KR/1L/1M/1N'))
+      + dvbs_maps(0, 8, 2, [3], record=query_sat(b'Q' * 68)) + dvbs_maps(0, 8, 2, [3], record=query_sat(b''), pointers=1))
+write('dvbs_config_fuzz', 'model-answers',
+      dvbs_maps(1, 27, 112, [], value=3) + dvbs_maps(1, 24, 12, [], value=1) + dvbs_maps(1, 66, 80, [], value=0)
+      + dvbs_maps(1, 27, 112, [], value=99))
+write('dvbs_config_fuzz', 'one-value-commands',
+      dvbs_maps(0, 7, 1, [5]) + dvbs_maps(0, 51, 4, [0x12345678]) + dvbs_maps(0, 59, 1, [1])
+      + dvbs_maps(0, 62, 4, [1], status=-1) + dvbs_maps(0, 99, 8, [1, 2], status=7) + dvbs_maps(0, 24, 12, [1], pointers=2))
+write('dvbs_config_fuzz', 'single-satellite',
+      dvbs_maps(2, 45, 96, [1, 2, 3, 11054, 30000, 1], record=u16(9)) + dvbs_maps(2, 56, 20, [1, 2, 3, 4, 5, 6], record=u16(9))
+      + dvbs_maps(2, 45, 95, [1], record=u16(9)) + dvbs_maps(3, 45, 96, [], record=u16(0))
+      + dvbs_maps(3, 56, 20, [], record=u16(1)) + dvbs_maps(2, 56, 20, [1], record=u16(1), pointers=4))
+
+
+def category_list(names, count=None):
+    body = b''.join(n[:130].ljust(130, b'\0') for n in names)
+    return u16(len(names) if count is None else count) + bytes(2) + body.ljust(30 * 130, b'\0')
+
+
+write('dvbs_config_fuzz', 'notifications',
+      u8(4) + u8(0) + u32(12) + u32(1) + u32(4) + u32(0) + u32(2) + u32(0)
+      + u8(5) + u8(0) + u16(1) + u16(3) + struct.pack('<h', -300) + b'ASTRA 1KR'.ljust(70, b'\0') + u16(74)
+      + u8(6) + u8(0) + u16(412) + u16(96) + u16(7)
+      + u8(7) + u8(0) + category_list([b'Ulusal', b'Haber', b'Spor', b'\xc7ocuk', b'M\xfczik']))
+write('dvbs_config_fuzz', 'notification-limits',
+      u8(4) + u8(1) + bytes(24) + u8(4) + u8(2) + u32(1) * 6 + u8(5) + u8(1) + bytes(78) + u8(5) + u8(2) + bytes(78)
+      + u8(6) + u8(2) + bytes(6)
+      + u8(7) + u8(0) + category_list([b'C' * 130] * 30, count=65535))
