@@ -15,6 +15,7 @@
 #include "JINativeScanExtension.h"
 #include "SbDvbsScanParams.h"
 #include "extension_test_util.h"
+#include "x_sb_dvb.h"
 #include "x_sb_dvbs_install.h"
 
 namespace {
@@ -418,6 +419,91 @@ TEST_F(SatelliteInstallTest, InstallationScanReachesEveryExtension) {
     EXPECT_EQ(javaString(offered).substr(0, 48), "[London, Meridian South, Meridian South East, An");
     EXPECT_EQ(e.native("nativeClose"), 0);
     EXPECT_EQ(e.native("nativeRelease"), 0);
+}
+
+// The home-transponder detection and the region channel list write the same three fields
+// (700, 704, 772), and TKGS writes 772 as well: the extension whose onPreScan runs later (the
+// later-added) decides them, and the builder's report reaches that one only.
+TEST_F(SatelliteInstallTest, HomeTransponderAndRegionListsShareTheirFieldsTheLaterWins) {
+    jobject htp = harness::newObject(EXT_CLASS("ZelTvScanDetectTransponder"), "()V");
+    jobject region = harness::newObject(EXT_CLASS("ZelTvScanRegionChannelList"), "(I)V", 60);
+    jobject tkgs = harness::newObject(EXT_CLASS("ZelTvScanTKGS"), "()V");
+    Block regionLast(121);
+    regionLast.preScan({htp, region});
+    Block htpLast(121);
+    htpLast.preScan({region, htp});
+    EXPECT_EQ(regionLast.written(), join({range(700, 8), range(772, 1)}));
+    EXPECT_EQ(htpLast.written(), join({range(700, 8), range(772, 1)}));
+    EXPECT_TRUE(env_->IsSameObject(regionLast.at<jobject>(704), region));
+    EXPECT_TRUE(env_->IsSameObject(htpLast.at<jobject>(704), htp));
+    EXPECT_NE(regionLast.at<void*>(700), htpLast.at<void*>(700));
+
+    SB_DVBS_HTP_INFO_T home;
+    memset(&home, 0, sizeof(home));
+    home.ui2_rec_id_0 = 4;
+    home.ui2_rec_id_1 = 1;
+    home.ui4_tp_value_1 = 10773;
+    home.ui4_tp_value_2 = 1;
+    home.ui4_tp_value_3 = 22000;
+    notifyFrom(htpLast, kGetInfoFn, home);
+    EXPECT_EQ(reports(htp, "getDetections"), "[4,1 TP 10773:1:22000]");
+    SB_DVBS_GET_INFO_NFY_DATA_T lists;
+    memset(&lists, 0, sizeof(lists));
+    lists.ui1_flags = SB_DVBS_INFO_FLAG_LIST;
+    lists.ui2_list_num = 2;
+    snprintf(lists.at_list[0].ac_name, sizeof(lists.at_list[0].ac_name), "London");
+    snprintf(lists.at_list[1].ac_name, sizeof(lists.at_list[1].ac_name), "Granada");
+    notifyFrom(regionLast, kGetInfoFn, lists);
+    EXPECT_EQ(javaString(harness::callObject(
+                  region, harness::methodOf(region, "getOfferedLists", "()Ljava/util/List;"))),
+              "[London, Granada]");
+    EXPECT_EQ(reports(htp, "getDetections"), "[4,1 TP 10773:1:22000]");  // not told of lists
+
+    // TKGS without a preferred list writes 1 at 772 and an empty name at 210; a chosen region
+    // list writes 0 and its name. The later one stands.
+    jstring name = env_->NewStringUTF("London");
+    jintArray array = scantest::newIntArray(env_, {7, static_cast<int>(handleOf(region))});
+    ASSERT_EQ(harness::callInt(region, harness::methodOf(region, "nativeSetRegionChannelList",
+                                                         "([ILjava/lang/String;)I"), array, name), 0);
+    Block chosenLast(121);
+    chosenLast.preScan({tkgs, region});
+    EXPECT_EQ(chosenLast.at<uint8_t>(772), 0);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(chosenLast.bytes + 210)), "London");
+    Block tkgsLast(121);
+    tkgsLast.preScan({region, tkgs});
+    EXPECT_EQ(tkgsLast.at<uint8_t>(772), 1);
+    EXPECT_EQ(tkgsLast.at<char>(210), '\0');
+}
+
+// A satellite extension added to an engine of another standard is handed that standard's
+// block, which is smaller: it writes nothing into it (the operator selection would land on
+// the DVB-T fields and past the block) and says so; the scan goes on.
+TEST_F(SatelliteInstallTest, SatelliteExtensionsWriteNothingIntoAnotherStandardsBlock) {
+    jobject fst = harness::newObject(EXT_CLASS("ZelTvScanFST"), "()V");
+    jobject selected = harness::newObject(EXT_CLASS("ZelTvScanFST$OperatorSelected"),
+                                          "(IIIILjava/lang/String;Ljava/lang/String;I)V", 53, 1,
+                                          900, 7, env_->NewStringUTF("Canal Digitaal"),
+                                          env_->NewStringUTF("HD"), 0x15);
+    harness::callVoid(fst, harness::methodOf(fst, "selectOperator",
+                                             "(Lcom/brinova/tv/orvella/services/scan/ZelTvScanFST$OperatorSelected;)V"),
+                      selected);
+    jobject tkgs = harness::newObject(EXT_CLASS("ZelTvScanTKGS"), "()V");
+    jobject lnb = harness::newObject(EXT_CLASS("ZelTvScanDetectLNB"), "()V");
+    jobject region = harness::newObject(EXT_CLASS("ZelTvScanRegionChannelList"), "(I)V", 60);
+    ASSERT_EQ(configure(), 0);
+    for (jobject e : {fst, tkgs, lnb, region}) ASSERT_EQ(add(e), 0);
+    const auto* block = static_cast<const uint8_t*>(scantest::nativeConfig(config_)->getSbScanParams(0));
+    const std::vector<uint8_t> before(block, block + sizeof(SB_DVB_SCAN_DATA_T));
+    Logs::clear();
+    scan("dvbt-small.json");
+    EXPECT_EQ(std::vector<uint8_t>(block, block + sizeof(SB_DVB_SCAN_DATA_T)), before);
+    for (const char* tag : {"ZelTvScanFST_JNI", "ZelTvScanTKGS_JNI", "ZelTvScanDetectLNB_JNI",
+                            "ZelTvRegionChannelList_JNI"}) {
+        EXPECT_EQ(Logs::containing(tag, "belongs to builder sb_dvb, not sb_dvbs: nothing written").size(), 1u)
+            << tag;
+    }
+    // The time zone is a builder key, not a block field: it is still set.
+    EXPECT_EQ(exttest::keyCalls("x_sb_set", SB_KEY_TYPE_TIME_ZONE).size(), 1u);
 }
 
 }  // namespace

@@ -3,32 +3,53 @@
 
 #include "SatelliteExtensionCommon.h"
 
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
-#include <string>
+#include <vector>
+
+#include "ScanConfigShared.h"
 
 namespace android {
 
-OperatorServiceExtension::OperatorServiceExtension(JNIEnv* env, jobject thiz, const char* className,
-                                       const ScanSite& site, ExtensionPeer::CreateLog createLog)
-    : mTag(site.tag), mPeer(env, thiz, this, className, site, createLog) {}
+namespace {
+// The builder whose scan-parameter block is SB_DVBS_SCAN_PARAMS.
+constexpr const char* kSatelliteBuilder = "sb_dvbs";
+}  // namespace
 
-int OperatorServiceExtension::attach(unsigned int builderHandle) {
+void SatelliteExtension::logHook(const char* hook) const {
+    if (mAttachLog == AttachLog::kAlways) {
+        __android_log_print(ANDROID_LOG_DEBUG, mTag, "%s", hook);
+    } else {
+        BLOG_PRINT(BRINOVA_LOG_DEBUG, mTag, "%s", hook);
+    }
+}
+
+int SatelliteExtension::attach(unsigned int builderHandle) {
+    logHook("attach");
     mBuilderHandle = builderHandle;
-    BLOG_PRINT(BRINOVA_LOG_DEBUG, mTag, "attach");
     return 0;
 }
 
-int OperatorServiceExtension::detach(unsigned int) {
+int SatelliteExtension::detach(unsigned int) {
+    logHook("detach");
     mBuilderHandle = 0;
-    BLOG_PRINT(BRINOVA_LOG_DEBUG, mTag, "detach");
     return 0;
 }
 
-SB_DVBS_SCAN_PARAMS* scanBlockOf(void* scanParames, const ScanSite& site) {
+SB_DVBS_SCAN_PARAMS* satelliteBlockOf(void* scanParames, const ScanSite& site) {
     if (scanParames == nullptr) {
         scanFatal(site, "!(scanParames != __null)");
+    }
+    // Another standard's block is smaller than the satellite block: writing a satellite
+    // field into it would overrun the configuration that owns it.
+    const char* builder = PreScanBlock::builderOf(scanParames);
+    if (builder != nullptr && strcmp(builder, kSatelliteBuilder) != 0) {
+        SITE_XLOG(site, BRINOVA_LOG_ERROR, "ERROR",
+                  " scanParames=%p belongs to builder %s, not %s: nothing written\n", scanParames,
+                  builder, kSatelliteBuilder);
+        return nullptr;
     }
     return static_cast<SB_DVBS_SCAN_PARAMS*>(scanParames);
 }
@@ -39,61 +60,110 @@ JINativeScanExtension* peerExtension(JNIEnv* env, jobject thiz, jmethodID getNat
     if (checkJavaException(env, site, "getNativeExtension")) {
         return nullptr;
     }
-    return JINativeScanExtension::fromHandle(handle);
+    return JINativeScanExtension::fromHandle(handle);  // null when the low half is 0
 }
 
-NotifyFrame::NotifyFrame(const ScanSite& site, bool logGetEnvFailure)
-    : mThread(site, ScopedJniThread::kSts) {
-    // The line reports a thread the builder had not attached; it is attached by now.
-    if (logGetEnvFailure && mThread.attachedHere()) {
-        SITE_XLOGI(site, " GetEnv NG!\n");
+jint InfoCallBase::getInt(jmethodID getter) {
+    if (mInfo == nullptr) return 0;
+    jint value = mEnv->CallIntMethod(mInfo, getter);
+    return checkJavaException(mEnv, mSite, "info getter") ? 0 : value;
+}
+
+jboolean InfoCallBase::getBoolean(jmethodID getter) {
+    if (mInfo == nullptr) return JNI_FALSE;
+    jboolean value = mEnv->CallBooleanMethod(mInfo, getter);
+    return checkJavaException(mEnv, mSite, "info getter") ? JNI_FALSE : value;
+}
+
+BuilderNotify::BuilderNotify(const ScanSite& site, const void* data, const void* tag,
+                             unsigned options)
+    : mSite(site), mOptions(options) {
+    if (mOptions & kEnterLeave) {
+        SITE_XLOGI(mSite, " enter\n");
     }
-}
-
-void NotifyFrame::abortOnNull(const void* data, const void* tag, NullNotifyText text,
-                              const ScanSite& site) {
     if (data != nullptr && tag != nullptr) {
         return;
     }
-    if (text == NullNotifyText::kCombined) {
-        SITE_LOGE(site, " pt_nfy_data is null or pv_nfy_tag is null, going to abort().");
+    if (mOptions & kCombinedNullLine) {
+        SITE_LOGE(mSite, " pt_nfy_data is null or pv_nfy_tag is null, going to abort().");
     } else if (data == nullptr) {
-        SITE_LOGE(site, " pt_nfy_data is null, going to abort().");
+        SITE_LOGE(mSite, " pt_nfy_data is null, going to abort().");
     } else {
-        SITE_LOGE(site, " pv_nfy_tag is null, going to abort().");
+        SITE_LOGE(mSite, " pv_nfy_tag is null, going to abort().");
     }
     abort();
 }
 
+BuilderNotify::~BuilderNotify() {
+    mThread.reset();  // detaches a thread attached here, asserting "!(sts == (0))"
+    if (mOptions & kEnterLeave) {
+        SITE_XLOGI(mSite, " Leave\n");
+    }
+}
+
+JNIEnv* BuilderNotify::env() {
+    if (mThread) return mThread->env();
+    JNIEnv* env = nullptr;
+    if ((mOptions & kGetEnvLine) && javaVM != nullptr &&
+        javaVM->GetEnv(reinterpret_cast<void**>(&env), JNI_VERSION_1_4) != JNI_OK) {
+        SITE_XLOGI(mSite, " GetEnv NG!\n");
+    }
+    mThread.emplace(mSite, ScopedJniThread::kSts);
+    return mThread->env();
+}
+
+void BuilderNotify::checkCallback(const char* what) {
+    checkJavaException(mThread->env(), mSite, what);
+}
+
+jstring newIdString(JNIEnv* env, uint16_t first, uint16_t second) {
+    char text[16];
+    snprintf(text, sizeof(text), "%u,%u", first, second);
+    return env->NewStringUTF(text);
+}
+
 namespace {
 
-// Modified UTF-8 as the VM takes it: a byte that does not start a well-formed sequence is
-// replaced by '?', so that a builder text in another encoding cannot upset the VM.
-std::string modifiedUtf8(const char* field, size_t capacity) {
-    const auto* bytes = reinterpret_cast<const uint8_t*>(field);
-    const size_t length = strnlen(field, capacity);
-    std::string out;
-    out.reserve(length);
+// Whether `bytes` are modified UTF-8 as NewStringUTF takes them (no NUL inside, no
+// four-byte forms, every sequence complete).
+bool isModifiedUtf8(const uint8_t* bytes, size_t length) {
     for (size_t i = 0; i < length;) {
-        const uint8_t b = bytes[i];
-        size_t n = b < 0x80 ? 1 : (b & 0xE0) == 0xC0 ? 2 : (b & 0xF0) == 0xE0 ? 3 : 0;
-        bool ok = n != 0 && i + n <= length;
-        for (size_t k = 1; ok && k < n; ++k) ok = (bytes[i + k] & 0xC0) == 0x80;
-        if (!ok) {
-            out.push_back('?');
-            ++i;
-            continue;
+        const uint8_t lead = bytes[i];
+        size_t extra;
+        if (lead < 0x80) {
+            extra = 0;
+        } else if ((lead & 0xE0) == 0xC0) {
+            extra = 1;
+        } else if ((lead & 0xF0) == 0xE0) {
+            extra = 2;
+        } else {
+            return false;
         }
-        out.append(field + i, n);
-        i += n;
+        if (extra > length - i - 1) return false;
+        for (size_t k = 1; k <= extra; ++k) {
+            if ((bytes[i + k] & 0xC0) != 0x80) return false;
+        }
+        i += extra + 1;
     }
-    return out;
+    return true;
 }
 
 }  // namespace
 
-jstring newStringFromField(JNIEnv* env, const char* field, size_t capacity) {
-    return env->NewStringUTF(modifiedUtf8(field, capacity).c_str());
+jstring newBuilderString(JNIEnv* env, const char* field, size_t capacity, ForeignText foreign) {
+    const size_t length = strnlen(field, capacity);
+    std::vector<char> text(length + 1);
+    if (foreign == ForeignText::kQuestionMark) {
+        copyModifiedUtf8(text.data(), text.size(), field, length);
+        return env->NewStringUTF(text.data());
+    }
+    const auto* bytes = reinterpret_cast<const uint8_t*>(field);
+    if (isModifiedUtf8(bytes, length)) {
+        memcpy(text.data(), field, length);
+        return env->NewStringUTF(text.data());
+    }
+    std::vector<jchar> latin1(bytes, bytes + length);
+    return env->NewString(latin1.data(), static_cast<jsize>(latin1.size()));
 }
 
 void JavaSetters::setInt(jmethodID setter, jint value) {
@@ -107,7 +177,7 @@ void JavaSetters::setBoolean(jmethodID setter, bool value) {
 }
 
 void JavaSetters::setText(jmethodID setter, const char* field, size_t capacity) {
-    jstring text = newStringFromField(mEnv, field, capacity);
+    jstring text = newBuilderString(mEnv, field, capacity, ForeignText::kQuestionMark);
     mEnv->CallVoidMethod(mObject, setter, text);
     checkJavaException(mEnv, mSite, "setter");
     mEnv->DeleteLocalRef(text);
@@ -162,7 +232,7 @@ jobjectArray newFieldStringArray(JNIEnv* env, jsize count, const ScanSite& site,
         return nullptr;
     }
     for (jsize i = 0; i < count; ++i) {
-        jstring text = newStringFromField(env, field(i), capacity);
+        jstring text = newBuilderString(env, field(i), capacity, ForeignText::kQuestionMark);
         env->SetObjectArrayElement(array, i, text);
         env->DeleteLocalRef(text);
     }
@@ -197,24 +267,35 @@ void takeNestedClass(JNIEnv* env, const char* className, NestedClass& nested,
     env->DeleteLocalRef(clazz);
 }
 
-int registerOperatorServiceClass(JNIEnv* env, const OperatorServiceRegistration& r, const ScanSite& site) {
+namespace {
+
+// The methods looked up on a second FindClass of the class; a miss logs instead of asserting.
+void cacheLaterMethods(JNIEnv* env, const SatelliteRegistration& r, const ScanSite& site) {
+    jclass clazz = env->FindClass(r.className);
+    if (clazz == nullptr) {
+        env->ExceptionClear();
+        SITE_XLOGI(site, "%s", r.notFoundText);
+        return;
+    }
+    cacheMethods(env, clazz, r.later, r.laterCount, site);
+    env->DeleteLocalRef(clazz);
+}
+
+}  // namespace
+
+int registerSatelliteClass(JNIEnv* env, const SatelliteRegistration& r, const ScanSite& site) {
     if (registerNativeMethods(env, r.className, r.methods, r.count) < 0) {
         SITE_LOG_RAW(site, BRINOVA_LOG_ERROR, "%s", r.failText);
         return 0;
     }
     SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "%s OK.", site.function);
-    cacheClassMethods(env, r.className, r.first, r.firstCount, site);
-    if (r.secondCount == 0) {
-        return 1;
+    cacheClassMethods(env, r.className, r.callbacks, r.callbackCount, site);
+    if (r.laterCount != 0) {
+        cacheLaterMethods(env, r, site);
     }
-    jclass clazz = env->FindClass(r.className);
-    if (clazz == nullptr) {
-        env->ExceptionClear();
-        SITE_XLOGI(site, "%s", r.notFoundText);
-        return 1;
+    if (r.infoClassName != nullptr) {
+        cacheClassMethods(env, r.infoClassName, r.infoGetters, r.infoCount, site);
     }
-    cacheMethods(env, clazz, r.second, r.secondCount, site);
-    env->DeleteLocalRef(clazz);
     return 1;
 }
 
@@ -225,30 +306,6 @@ jmethodID lookUpOptionalMethod(JNIEnv* env, const char* className, const char* n
     env->ExceptionClear();  // a miss leaves NoClassDefFoundError or NoSuchMethodError pending
     env->DeleteLocalRef(clazz);
     return method;
-}
-
-SatelliteIdentity parseSatelliteIdentity(const char* text, const ScanSite& site) {
-    const uint16_t length = static_cast<uint16_t>(strlen(text));
-    uint16_t comma = length;
-    for (uint16_t i = 0; i < length; ++i) {
-        if (text[i] == ',') {
-            comma = i;
-            break;
-        }
-    }
-    SITE_FLOG(site, BRINOVA_LOG_DEBUG, " satelliteStr=<%s>,satStrLen=%d,idxBase=%d", text,
-              length, comma);
-    SatelliteIdentity id{0, 0};
-    // Not checked for digits, on purpose: a stray character is folded in like a digit.
-    for (uint16_t i = 0; i < comma; ++i) {
-        id.satelliteId = static_cast<uint16_t>(id.satelliteId * 10 + (text[i] - '0'));
-    }
-    for (uint16_t i = comma + 1; i < length; ++i) {
-        id.recordId = static_cast<uint16_t>(id.recordId * 10 + (text[i] - '0'));
-    }
-    SITE_FLOG(site, BRINOVA_LOG_DEBUG, " satelliteId=%d", id.satelliteId);
-    SITE_FLOG(site, BRINOVA_LOG_DEBUG, " satelliteRecId=%d", id.recordId);
-    return id;
 }
 
 }  // namespace android

@@ -6,32 +6,22 @@ namespace android {
 
 NativeZelTvScanDetection::NativeZelTvScanDetection(JNIEnv* env, jobject thiz,
                                                    const DetectionKind& kind)
-    : mKind(kind), mPeer(env, thiz, this, kind.nativeClass, DETECTION_SITE(kind)) {}
-
-int NativeZelTvScanDetection::attach(unsigned int builderHandle) {
-    // Printed whatever the level property says.
-    __android_log_print(ANDROID_LOG_DEBUG, mKind.tag, "attach");
-    mBuilderHandle = builderHandle;
-    return 0;
-}
-
-int NativeZelTvScanDetection::detach(unsigned int) {
-    __android_log_print(ANDROID_LOG_DEBUG, mKind.tag, "detach");
-    mBuilderHandle = 0;
-    return 0;
-}
+    : SatelliteExtension(kind.tag),
+      mKind(kind),
+      mPeer(env, thiz, this, kind.nativeClass, DETECTION_SITE(kind)) {}
 
 void NativeZelTvScanDetection::onPreScan(void* scanParams) {
     SITE_XLOGI(DETECTION_SITE(mKind), " enter\n");
-    checkedBlock(scanParams, DETECTION_SITE(mKind));
-    putBlockField<uint8_t>(scanParams, mKind.enableAt, mEnabled);
+    SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParams, DETECTION_SITE(mKind));
+    if (block == nullptr) return;
+    putBlockField<uint8_t>(block, mKind.enableAt, mEnabled);
     if (mEnabled != 0) {
-        putBlockField(scanParams, mKind.notifyAt, mKind.notify);
-        putBlockField(scanParams, mKind.tagAt, mPeer.object());
+        putBlockField(block, mKind.notifyAt, mKind.notify);
+        putBlockField(block, mKind.tagAt, mPeer.object());
         SITE_XLOGI(DETECTION_SITE(mKind), " %s=%p\n", mKind.tagName, mPeer.object());
     } else {
-        putBlockField<void*>(scanParams, mKind.notifyAt, nullptr);
-        putBlockField<void*>(scanParams, mKind.tagAt, nullptr);
+        putBlockField<void*>(block, mKind.notifyAt, nullptr);
+        putBlockField<void*>(block, mKind.tagAt, nullptr);
     }
     SITE_XLOGI(DETECTION_SITE(mKind), " leave\n");
 }

@@ -10,7 +10,7 @@
 #include <nativehelper/ScopedUtfChars.h>
 
 #include "ScanRegistrations.h"
-#include "ScanSatelliteCommon.h"
+#include "SatelliteExtensionCommon.h"
 #include "x_sb_dvbs_install.h"
 
 namespace android {
@@ -33,14 +33,15 @@ jobjectArray listNames(JNIEnv* env, const SB_DVBS_GET_INFO_NFY_DATA_T& data, uin
     jobjectArray names = env->NewObjectArray(count, stringClass.get(), nullptr);
     for (uint16_t i = 0; names != nullptr && i < count; ++i) {
         ScopedLocalRef<jstring> name(env, newBuilderString(env, data.at_list[i].ac_name,
-                                                           sizeof(data.at_list[i].ac_name)));
+                                                           sizeof(data.at_list[i].ac_name),
+                                                           ForeignText::kLatin1));
         env->SetObjectArrayElement(names, i, name.get());
     }
     return names;
 }
 
 void _dvbs_get_info_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     const auto data = notifyRecord<SB_DVBS_GET_INFO_NFY_DATA_T>(pt_nfy_data);
     if ((data.ui1_flags & SB_DVBS_INFO_FLAG_LIST) == 0) {
         BLOGE(" it's not notify list flow, mask=0x%x, going to abort().", data.ui1_flags);
@@ -99,8 +100,8 @@ private:
 
 void NativeZelTvRegionChannelList::onPreScan(void* scanParams) {
     XLOGI(" enter\n");
-    SB_DVBS_SCAN_PARAMS* block = checkedBlock(scanParams, SCAN_SITE);
-    if (offersLists(block->ui4_operator)) {
+    SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParams, SCAN_SITE);
+    if (block != nullptr && offersLists(block->ui4_operator)) {
         block->b_get_info = mAskForLists;
         if (mAskForLists != 0) {
             block->pf_get_info_nfy = _dvbs_get_info_nfy_fct;

@@ -5,8 +5,9 @@
 #include <nativehelper/ScopedLocalRef.h>
 #include <nativehelper/ScopedUtfChars.h>
 
+#include "DvbsScanConfigCommon.h"
 #include "ScanRegistrations.h"
-#include "ScanSatelliteCommon.h"
+#include "SatelliteExtensionCommon.h"
 
 namespace android {
 
@@ -27,7 +28,8 @@ public:
 
     void onPreScan(void* scanParams) override {
         XLOGI(" enter\n");
-        SB_DVBS_SCAN_PARAMS* block = checkedBlock(scanParams, SCAN_SITE);
+        SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParams, SCAN_SITE);
+        if (block == nullptr) return;
         block->ui2_asso_sat_num = ui2_associated_satl_rec_num;
         // All 15 slots, whatever the count: slots past it keep an earlier, longer list.
         static_assert(sizeof(block->aui2_asso_sat_rec_id) == sizeof(mRecIds), "15 record ids");
@@ -59,11 +61,10 @@ void NativeZelTvScanAssoList::setSatellites(JNIEnv* env, jobjectArray list, cons
     for (uint32_t i = 0; i < num; ++i) {
         ScopedLocalRef<jstring> text(
             env, static_cast<jstring>(env->GetObjectArrayElement(list, static_cast<jsize>(i))));
-        // A null element reads as an empty text: record id 0.
-        SatelliteText parsed = text.get() != nullptr
-                                   ? parseSatelliteText(ScopedUtfChars(env, text.get()).c_str())
-                                   : SatelliteText{};
-        SITE_LOGD(site, "sate_id=%u, sate_rec_id=%u\n", parsed.satelliteId, parsed.recordId);
+        // A null element reads as an empty text: record id 0. The satellite id is only logged.
+        const SatelliteIdentity parsed =
+            text.get() != nullptr ? parseSatelliteIdText(ScopedUtfChars(env, text.get()).c_str(), site)
+                                  : SatelliteIdentity{0, 0};
         mRecIds[i] = parsed.recordId;
     }
 }

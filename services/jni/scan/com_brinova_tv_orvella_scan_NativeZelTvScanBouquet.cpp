@@ -4,7 +4,7 @@
 #define SCAN_SOURCE_NAME "com_brinova_tv_orvella_scan_NativeZelTvScanBouquet"
 
 #include "ScanRegistrations.h"
-#include "ScanSatelliteCommon.h"
+#include "SatelliteExtensionCommon.h"
 #include "x_sb_dvbs_install.h"
 
 namespace android {
@@ -25,7 +25,7 @@ struct {
 } gFields;
 
 void _dvbs_bat_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     const auto data = notifyRecord<SB_DVBS_BAT_NFY_DATA_T>(pt_nfy_data);
     BLOGD_RAW("MW notify bat id=%u bat version=%u\n", data.ui2_bat_id, data.ui1_bat_version);
     JNIEnv* env = frame.env();
@@ -44,7 +44,8 @@ public:
 
     void onPreScan(void* scanParams) override {
         XLOGI(" enter\n");
-        SB_DVBS_SCAN_PARAMS* block = checkedBlock(scanParams, SCAN_SITE);
+        SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParams, SCAN_SITE);
+        if (block == nullptr) return;
         block->pf_bat_built_nfy = _dvbs_bat_built_nfy_fct;
         block->pv_bat_built_nfy_tag = mPeer.object();
         block->ui2_bat_id = mBatId;
@@ -113,7 +114,8 @@ const MethodSpec gInfoGetters[] = {
 }  // namespace
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanBouquet(JNIEnv* env) {
-    return registerSatelliteClass(env, kBouquetClass, gMethods, tableSize(gMethods), gCallbacks,
-                                  std::size(gCallbacks), kBouquetInfoClass, gInfoGetters,
-                                  std::size(gInfoGetters), SCAN_SITE);
+    const SatelliteRegistration registration = {
+        kBouquetClass, gMethods, tableSize(gMethods), gCallbacks, std::size(gCallbacks),
+        kRegistrationFailed, nullptr, 0, nullptr, kBouquetInfoClass, gInfoGetters, std::size(gInfoGetters)};
+    return registerSatelliteClass(env, registration, SCAN_SITE);
 }

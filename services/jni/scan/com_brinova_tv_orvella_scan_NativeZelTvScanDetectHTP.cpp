@@ -21,7 +21,7 @@ struct {
 } gFields;
 
 void _dvbs_detected_htp_notify(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     // The information report's first part; the rest of the record is not read.
     const auto data = notifyRecord<SB_DVBS_HTP_INFO_T>(pt_nfy_data);
     BLOGD_RAW("MW notify htp RecId=%u:%u TP=%u:%u:%u\n", data.ui2_rec_id_0, data.ui2_rec_id_1,

@@ -19,7 +19,7 @@ struct {
 } gFields;
 
 void _dvbs_detected_lnb_notify(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     const auto data = notifyRecord<SB_SAT_NAME_NFY_DATA_T>(pt_nfy_data);
     char name[sizeof(data.ac_sat_name) + 1] = {};
     memcpy(name, data.ac_sat_name, sizeof(data.ac_sat_name));
@@ -29,7 +29,8 @@ void _dvbs_detected_lnb_notify(void* pt_nfy_data, void* pv_nfy_tag) {
     if (env == nullptr) return;
     ScopedLocalRef<jstring> id(env, newIdString(env, data.ui2_sat_id, data.ui2_sat_rec_id));
     ScopedLocalRef<jstring> satName(env, newBuilderString(env, data.ac_sat_name,
-                                                          sizeof(data.ac_sat_name)));
+                                                          sizeof(data.ac_sat_name),
+                                                          ForeignText::kLatin1));
     env->CallVoidMethod(static_cast<jobject>(pv_nfy_tag), gFields.onScanDetectLNBInfo, id.get(),
                         static_cast<jint>(data.i2_orbit), satName.get());
     frame.checkCallback("onDetectedLNBInfo");

@@ -21,7 +21,7 @@ struct {
 } gFields;
 
 void _dvbs_detected_sat_notify(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     const auto data = notifyRecord<SB_SAT_NAME_NFY_DATA_T>(pt_nfy_data);
     BLOGD_RAW("MW notify sateRecId=%u:%u orbit=%d signal=%u\n", data.ui2_sat_id,
               data.ui2_sat_rec_id, data.i2_orbit, data.ui2_signal_level);

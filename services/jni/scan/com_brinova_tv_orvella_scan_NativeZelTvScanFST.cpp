@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "DvbsScanConfigCommon.h"
 #include "SatelliteExtensionCommon.h"
 #include "ScanRegistrations.h"
 #include "x_sb_dvbs_operator.h"
@@ -71,7 +72,7 @@ std::string fieldText(const char* field, size_t capacity) {
 
 extern "C" void _dvbs_fst_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag);
 
-class NativeZelTvScanFST : public OperatorServiceExtension {
+class NativeZelTvScanFST : public SatelliteExtension {
 public:
     NativeZelTvScanFST(JNIEnv* env, jobject thiz);
 
@@ -89,23 +90,24 @@ private:
     SB_DVBS_FST_OPERATOR_SEL_T mSelection;
     uint16_t mAssociatedCount = 0;
     uint16_t mAssociatedRecIds[SB_DVBS_ASSO_SAT_MAX];
+    ExtensionPeer mPeer;
 };
 
 NativeZelTvScanFST::NativeZelTvScanFST(JNIEnv* env, jobject thiz)
-    : OperatorServiceExtension(env, thiz, "NativeZelTvScanFST", SCAN_SITE,
-                         ExtensionPeer::CreateLog::kNone) {
+    : SatelliteExtension(LOG_TAG, AttachLog::kGated),
+      mPeer(env, thiz, this, "NativeZelTvScanFST", SCAN_SITE, ExtensionPeer::CreateLog::kNone) {
     x_memset(&mSelection, 0, sizeof(mSelection));
     x_memset(mAssociatedRecIds, 0, sizeof(mAssociatedRecIds));
     takeNestedClass(env, kOperatorInfoClass, class_operatorInfo_global, kOperatorInfoSetters,
                     std::size(kOperatorInfoSetters), " OperatorInfo class not find!", SCAN_SITE);
     BLOGD_RAW("native config create instance, this: %p, thiz: %p, mObject: %p, "
               "class_operatorInfo_global: %p",
-              this, thiz, peerObject(), class_operatorInfo_global.clazz);
+              this, thiz, mPeer.object(), class_operatorInfo_global.clazz);
 }
 
 // The Java satellite text "id,recordId" as numbers (the configuration's own parsing).
 static SatelliteIdentity _get_satlID_satlRecID_by_string(const char* text) {
-    return parseSatelliteIdentity(text, SCAN_SITE);
+    return PARSE_SATELLITE_ID_TEXT(text);
 }
 
 bool NativeZelTvScanFST::setAssociatedSatellites(JNIEnv* env, jobjectArray satellites,
@@ -220,13 +222,14 @@ bool NativeZelTvScanFST::setOperatorSelected(JNIEnv* env, jobject selected,
 
 void NativeZelTvScanFST::onPreScan(void* scanParames) {
     XLOGI(" enter\n");
-    SB_DVBS_SCAN_PARAMS* block = scanBlockOf(scanParames, SCAN_SITE);
+    SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParames, SCAN_SITE);
+    if (block == nullptr) return;
     if (mSelected) {
         x_memcpy(&block->t_fst_operator, &mSelection, sizeof(mSelection));
     }
     block->ui2_asso_sat_num = mAssociatedCount;
     x_memcpy(block->aui2_asso_sat_rec_id, mAssociatedRecIds, sizeof(mAssociatedRecIds));
-    registerNotify(&block->pf_fst_built_nfy, &block->pv_fst_built_nfy_tag, _dvbs_fst_built_nfy_fct);
+    putNotify(&block->pf_fst_built_nfy, &block->pv_fst_built_nfy_tag, &_dvbs_fst_built_nfy_fct, mPeer);
     XLOG_AT(BRINOVA_LOG_ERROR, "INFO ", " pv_fst_built_nfy_tag=%p\n", block->pv_fst_built_nfy_tag);
     XLOGI(" leave\n");
 }
@@ -238,8 +241,7 @@ void reportHomeTransponder(JNIEnv* env, jobject peer, const SB_DVBS_FST_BUILT_NF
     SITE_XLOGI(site, " satl id=%u satl rec id=%u HomeTP=%u%s%u\n", d.ui2_sat_id,
                d.ui2_sat_rec_id, d.ui4_freq, d.e_pol == SB_DVBS_POL_V ? "V" : "H",
                d.ui4_sym_rate);
-    std::string id = std::to_string(d.ui2_sat_id) + "," + std::to_string(d.ui2_sat_rec_id);
-    jstring text = env->NewStringUTF(id.c_str());
+    jstring text = newIdString(env, d.ui2_sat_id, d.ui2_sat_rec_id);
     callJavaVoid(env, peer, gFields.onDetectedHomeTPInfo, site, "onDetectedHomeTPInfo", text,
                  static_cast<jint>(d.ui4_freq), static_cast<jint>(d.e_pol),
                  static_cast<jint>(d.ui4_sym_rate));
@@ -316,23 +318,18 @@ void reportVersionChanged(JNIEnv* env, jobject peer, const SB_DVBS_FST_BUILT_NFY
 using namespace android;
 
 extern "C" void _dvbs_fst_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    XLOGI(" enter\n");
-    NotifyFrame::abortOnNull(pt_nfy_data, pv_nfy_tag, NullNotifyText::kSeparate, SCAN_SITE);
-    {
-        NotifyFrame frame(SCAN_SITE, false);
-        JNIEnv* env = frame.env();
-        if (env == nullptr) return;  // no JavaVM recorded: nobody to tell
-        const auto& d = *static_cast<const SB_DVBS_FST_BUILT_NFY_DATA_T*>(pt_nfy_data);
-        auto peer = static_cast<jobject>(pv_nfy_tag);
-        static const MaskReport<SB_DVBS_FST_BUILT_NFY_DATA_T> kReports[] = {
-            {SB_DVBS_FST_HOME_TP_VALID, reportHomeTransponder},
-            {SB_DVBS_FST_OPERATOR_VALID, reportOperators},
-            {SB_DVBS_FST_VERSION_VALID, reportVersion},
-            {SB_DVBS_FST_VERSION_CHANGED, reportVersionChanged},
-        };
-        reportMasked(env, peer, d, d.ui4_mask, kReports, SCAN_SITE);
-    }
-    XLOGI(" Leave\n");
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, BuilderNotify::kEnterLeave);
+    JNIEnv* env = frame.env();
+    if (env == nullptr) return;  // no JavaVM recorded: nobody to tell
+    const auto& d = *static_cast<const SB_DVBS_FST_BUILT_NFY_DATA_T*>(pt_nfy_data);
+    auto peer = static_cast<jobject>(pv_nfy_tag);
+    static const MaskReport<SB_DVBS_FST_BUILT_NFY_DATA_T> kReports[] = {
+        {SB_DVBS_FST_HOME_TP_VALID, reportHomeTransponder},
+        {SB_DVBS_FST_OPERATOR_VALID, reportOperators},
+        {SB_DVBS_FST_VERSION_VALID, reportVersion},
+        {SB_DVBS_FST_VERSION_CHANGED, reportVersionChanged},
+    };
+    reportMasked(env, peer, d, d.ui4_mask, kReports, SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanFST_nativeSetup(
@@ -387,9 +384,9 @@ const MethodSpec gSecondLookUp[] = {
 }  // namespace
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanFST(JNIEnv* env) {
-    const OperatorServiceRegistration registration = {
+    const SatelliteRegistration registration = {
         kFstClass, gMethods, tableSize(gMethods), gFirstLookUp, std::size(gFirstLookUp),
-        gSecondLookUp, std::size(gSecondLookUp), "Failed to register ZelTvScanFST native methods",
-        " ZelTvScanFST class not find!"};
-    return registerOperatorServiceClass(env, registration, SCAN_SITE);
+        "Failed to register ZelTvScanFST native methods", gSecondLookUp, std::size(gSecondLookUp),
+        " ZelTvScanFST class not find!", nullptr, nullptr, 0};
+    return registerSatelliteClass(env, registration, SCAN_SITE);
 }

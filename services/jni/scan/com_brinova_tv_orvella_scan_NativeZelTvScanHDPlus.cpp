@@ -33,10 +33,11 @@ fields_t gFields;
 
 extern "C" void _dvbs_sgt_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag);
 
-class NativeZelTvScanHDPlus : public OperatorServiceExtension {
+class NativeZelTvScanHDPlus : public SatelliteExtension {
 public:
     NativeZelTvScanHDPlus(JNIEnv* env, jobject thiz)
-        : OperatorServiceExtension(env, thiz, "NativeZelTvScanHDPlus", SCAN_SITE) {}
+        : SatelliteExtension(LOG_TAG, AttachLog::kGated),
+          mPeer(env, thiz, this, "NativeZelTvScanHDPlus", SCAN_SITE) {}
 
     void onPreScan(void* scanParames) override;
 
@@ -53,12 +54,14 @@ private:
     uint8_t mBlindScanContinue = 0;
     uint8_t mHdMode = 0;
     uint8_t mSgtVersion = 0;
+    ExtensionPeer mPeer;
 };
 
 void NativeZelTvScanHDPlus::onPreScan(void* scanParames) {
     XLOGI(" enter\n");
-    SB_DVBS_SCAN_PARAMS* block = scanBlockOf(scanParames, SCAN_SITE);
-    registerNotify(&block->pf_sgt_built_nfy, &block->pv_sgt_built_nfy_tag, _dvbs_sgt_built_nfy_fct);
+    SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParames, SCAN_SITE);
+    if (block == nullptr) return;
+    putNotify(&block->pf_sgt_built_nfy, &block->pv_sgt_built_nfy_tag, &_dvbs_sgt_built_nfy_fct, mPeer);
     block->ui1_tkgs_version = mSgtVersion;
     // Settings that are off leave the configuration's values as they are.
     if (mBlindScanContinue) {
@@ -78,14 +81,13 @@ void NativeZelTvScanHDPlus::onPreScan(void* scanParames) {
 using namespace android;
 
 extern "C" void _dvbs_sgt_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    NotifyFrame::abortOnNull(pt_nfy_data, pv_nfy_tag, NullNotifyText::kSeparate, SCAN_SITE);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, BuilderNotify::kGetEnvLine);
     if (gFields.onScanSGTVersion == nullptr) {
         BLOGE(" onScanSGTVersion is null, directly return.");
         return;
     }
     const auto* data = static_cast<const SB_DVBS_SGT_BUILT_NFY_DATA_T*>(pt_nfy_data);
     BLOGE_RAW("MW notify SGT version=%u\n", data->ui1_sgt_version);
-    NotifyFrame frame(SCAN_SITE, true);
     if (frame.env() == nullptr) return;  // no JavaVM recorded: nobody to tell
     callJavaVoid(frame.env(), static_cast<jobject>(pv_nfy_tag), gFields.onScanSGTVersion,
                  SCAN_SITE, "onSGTVersion", static_cast<jint>(data->ui1_sgt_version));
@@ -145,10 +147,10 @@ const MethodSpec gInfoGetters[] = {
 }  // namespace
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanHDPlus(JNIEnv* env) {
-    const OperatorServiceRegistration registration = {
-        kHdPlusClass, gMethods, tableSize(gMethods), gLookUp, std::size(gLookUp), nullptr, 0,
-        "Failed to register tuner native methods", nullptr};
-    if (registerOperatorServiceClass(env, registration, SCAN_SITE) == 0) {
+    const SatelliteRegistration registration = {
+        kHdPlusClass, gMethods, tableSize(gMethods), gLookUp, std::size(gLookUp), kRegistrationFailed,
+        nullptr, 0, nullptr, nullptr, nullptr, 0};
+    if (registerSatelliteClass(env, registration, SCAN_SITE) == 0) {
         return 0;
     }
     gFields.onScanSGTVersion = lookUpOptionalMethod(env, kHdPlusClass, "onSGTVersion", "(I)V");

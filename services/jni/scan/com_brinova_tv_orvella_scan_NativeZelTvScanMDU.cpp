@@ -20,7 +20,7 @@ struct {
 } gFields;
 
 void _dvbs_mdu_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     const auto data = notifyRecord<SB_DVBS_MDU_NFY_DATA_T>(pt_nfy_data);
     BLOGD_RAW("MW notify mdu type=%u signal level=%u\n", data.ui4_mdu_type, data.ui2_signal_level);
     JNIEnv* env = frame.env();

@@ -4,7 +4,7 @@
 #define SCAN_SOURCE_NAME "com_brinova_tv_orvella_scan_NativeZelTvScanNetwork"
 
 #include "ScanRegistrations.h"
-#include "ScanSatelliteCommon.h"
+#include "SatelliteExtensionCommon.h"
 #include "x_sb_dvbs_install.h"
 
 namespace android {
@@ -24,7 +24,7 @@ struct {
 } gFields;
 
 void _dvbs_nit_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag);
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag, kInstallationNotify);
     const auto data = notifyRecord<SB_DVBS_NIT_NFY_DATA_T>(pt_nfy_data);
     BLOGD_RAW("MW notify nit version=%u\n", data.ui1_nit_version);
     JNIEnv* env = frame.env();
@@ -43,7 +43,8 @@ public:
 
     void onPreScan(void* scanParams) override {
         XLOGI(" enter\n");
-        SB_DVBS_SCAN_PARAMS* block = checkedBlock(scanParams, SCAN_SITE);
+        SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParams, SCAN_SITE);
+        if (block == nullptr) return;
         block->pf_nit_built_nfy = _dvbs_nit_built_nfy_fct;
         block->pv_nit_built_nfy_tag = mPeer.object();
         block->ui1_nit_version = mNitVersion;
@@ -104,7 +105,8 @@ const MethodSpec gInfoGetters[] = {
 }  // namespace
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanNetwork(JNIEnv* env) {
-    return registerSatelliteClass(env, kNetworkClass, gMethods, tableSize(gMethods), gCallbacks,
-                                  std::size(gCallbacks), kNetworkInfoClass, gInfoGetters,
-                                  std::size(gInfoGetters), SCAN_SITE);
+    const SatelliteRegistration registration = {
+        kNetworkClass, gMethods, tableSize(gMethods), gCallbacks, std::size(gCallbacks),
+        kRegistrationFailed, nullptr, 0, nullptr, kNetworkInfoClass, gInfoGetters, std::size(gInfoGetters)};
+    return registerSatelliteClass(env, registration, SCAN_SITE);
 }

@@ -3,7 +3,7 @@
 #define SCAN_SOURCE_NAME "com_brinova_tv_orvella_scan_NativeZelTvScanSatSearch"
 
 #include "ScanRegistrations.h"
-#include "ScanSatelliteCommon.h"
+#include "SatelliteExtensionCommon.h"
 
 namespace android {
 
@@ -31,7 +31,9 @@ public:
     void onPreScan(void* scanParams) override {
         XLOGI(" enter\n");
         // One byte of the field that HD+ writes as 16 bits: the later onPreScan decides.
-        checkedBlock(scanParams, SCAN_SITE)->u_160.b_customized_lnb = mCustomerLnb;
+        SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParams, SCAN_SITE);
+        if (block == nullptr) return;
+        block->u_160.b_customized_lnb = mCustomerLnb;
         XLOGI(" =b_customized_lnb=%u\n", mCustomerLnb);
         XLOGI(" leave\n");
     }
@@ -92,7 +94,8 @@ const MethodSpec gInfoGetters[] = {
 }  // namespace
 
 int register_com_brinova_tv_orvella_scan_NativeZelTvScanSatSearch(JNIEnv* env) {
-    return registerSatelliteClass(env, kSatSearchClass, gMethods, tableSize(gMethods), gCallbacks,
-                                  std::size(gCallbacks), kSatSearchInfoClass, gInfoGetters,
-                                  std::size(gInfoGetters), SCAN_SITE);
+    const SatelliteRegistration registration = {
+        kSatSearchClass, gMethods, tableSize(gMethods), gCallbacks, std::size(gCallbacks),
+        kRegistrationFailed, nullptr, 0, nullptr, kSatSearchInfoClass, gInfoGetters, std::size(gInfoGetters)};
+    return registerSatelliteClass(env, registration, SCAN_SITE);
 }

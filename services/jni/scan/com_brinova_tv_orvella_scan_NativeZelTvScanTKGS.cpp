@@ -62,7 +62,7 @@ const MethodSpec kCategorySetters[] = {
 
 extern "C" void _dvbs_tkgs_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag);
 
-class NativeZelTvScanTKGS : public OperatorServiceExtension {
+class NativeZelTvScanTKGS : public SatelliteExtension {
 public:
     NativeZelTvScanTKGS(JNIEnv* env, jobject thiz);
 
@@ -80,7 +80,7 @@ protected:
 private:
     // Appends to `records` while it has room; a full list drops the locator silently.
     static bool append(SB_DVBS_TKGS_LOCATOR_T* records, uint16_t& count, size_t room,
-                       const SB_DVBS_TKGS_LOCATOR_T& locator);
+                   const SB_DVBS_TKGS_LOCATOR_T& locator);
 
     uint8_t mPreferred = 0;
     char mPreferredName[SB_DVBS_SVL_NAME_SIZE];
@@ -90,17 +90,19 @@ private:
     SB_DVBS_TKGS_LOCATOR_T mHidden[SB_DVBS_HIDDEN_LOCATOR_MAX];
     uint16_t mVisibleCount = 0;
     SB_DVBS_TKGS_LOCATOR_T mVisible[SB_DVBS_VISIBLE_LOCATOR_MAX];
+    ExtensionPeer mPeer;
 };
 
 NativeZelTvScanTKGS::NativeZelTvScanTKGS(JNIEnv* env, jobject thiz)
-    : OperatorServiceExtension(env, thiz, "NativeZelTvScanTKGS", SCAN_SITE) {
+    : SatelliteExtension(LOG_TAG, AttachLog::kGated),
+      mPeer(env, thiz, this, "NativeZelTvScanTKGS", SCAN_SITE) {
     x_memset(mPreferredName, 0, sizeof(mPreferredName));
     x_memset(mHidden, 0, sizeof(mHidden));
     x_memset(mVisible, 0, sizeof(mVisible));
     takeNestedClass(env, kLocatorClass, class_tkgslocator_global, kLocatorSetters,
-                    std::size(kLocatorSetters), " TKGSLocator class not find!", SCAN_SITE);
+                std::size(kLocatorSetters), " TKGSLocator class not find!", SCAN_SITE);
     takeNestedClass(env, kCategoryClass, class_category_global, kCategorySetters,
-                    std::size(kCategorySetters), " Category class not find!", SCAN_SITE);
+                std::size(kCategorySetters), " Category class not find!", SCAN_SITE);
 }
 
 void NativeZelTvScanTKGS::setVersion(jint version, const ScanSite& site) {
@@ -180,7 +182,8 @@ bool NativeZelTvScanTKGS::addLocator(JNIEnv* env, uint32_t type, jobject locator
 
 void NativeZelTvScanTKGS::onPreScan(void* scanParames) {
     XLOGI(" enter\n");
-    SB_DVBS_SCAN_PARAMS* block = scanBlockOf(scanParames, SCAN_SITE);
+    SB_DVBS_SCAN_PARAMS* block = satelliteBlockOf(scanParames, SCAN_SITE);
+    if (block == nullptr) return;
     if (mPreferred) {
         x_strncpy(block->s_svl_name, mPreferredName, kPreferredChars);
         block->s_svl_name[kPreferredChars] = '\0';
@@ -203,8 +206,8 @@ void NativeZelTvScanTKGS::onPreScan(void* scanParames) {
     }
     XLOGI(" pref=%s version=%u mode=%u hidden num=%u visible num=%u\n", block->s_svl_name,
           mVersion, mMode, mHiddenCount, mVisibleCount);
-    registerNotify(&block->pf_tkgs_built_nfy, &block->pv_tkgs_built_nfy_tag,
-                   _dvbs_tkgs_built_nfy_fct);
+    putNotify(&block->pf_tkgs_built_nfy, &block->pv_tkgs_built_nfy_tag, &_dvbs_tkgs_built_nfy_fct,
+              mPeer);
     XLOGI(" leave pv_tkgs_built_nfy_tag=%p\n", block->pv_tkgs_built_nfy_tag);
 }
 
@@ -286,7 +289,7 @@ void reportUserMessage(JNIEnv* env, jobject peer, const Record& d, const ScanSit
     // The line has always printed the message's address as a number.
     SITE_XLOGI(site, " user message=%u\n",
                static_cast<unsigned>(reinterpret_cast<uintptr_t>(d.s_user_msg)));
-    jstring message = newStringFromField(env, d.s_user_msg, sizeof(d.s_user_msg));
+    jstring message = newBuilderString(env, d.s_user_msg, sizeof(d.s_user_msg), ForeignText::kQuestionMark);
     callJavaVoid(env, peer, gFields.onUserMessage, site, "nativeOnUserMessage", message);
     env->DeleteLocalRef(message);
 }
@@ -298,26 +301,23 @@ void reportUserMessage(JNIEnv* env, jobject peer, const Record& d, const ScanSit
 using namespace android;
 
 extern "C" void _dvbs_tkgs_built_nfy_fct(void* pt_nfy_data, void* pv_nfy_tag) {
-    XLOGI(" enter\n");
-    NotifyFrame::abortOnNull(pt_nfy_data, pv_nfy_tag, NullNotifyText::kCombined, SCAN_SITE);
-    {
-        NotifyFrame frame(SCAN_SITE, true);
-        JNIEnv* env = frame.env();
-        if (env == nullptr) return;  // no JavaVM recorded: nobody to tell
-        const auto& d = *static_cast<const Record*>(pt_nfy_data);
-        auto peer = static_cast<jobject>(pv_nfy_tag);
-        XLOGI(" MW notify mask=0x%x\n", d.ui4_mask);
-        // The version first: Java learns it before the tables it belongs to.
-        static const MaskReport<Record> kReports[] = {
-            {SB_DVBS_TKGS_VERSION, reportVersion},
-            {SB_DVBS_TKGS_HIDDEN_LOCATOR, reportHiddenLocators},
-            {SB_DVBS_TKGS_CATEGORY, reportCategories},
-            {SB_DVBS_TKGS_SVC_LIST, reportServiceLists},
-            {SB_DVBS_TKGS_USER_MSG, reportUserMessage},
-        };
-        reportMasked(env, peer, d, d.ui4_mask, kReports, SCAN_SITE);
-    }
-    XLOGI(" Leave\n");
+    BuilderNotify frame(SCAN_SITE, pt_nfy_data, pv_nfy_tag,
+                        BuilderNotify::kEnterLeave | BuilderNotify::kGetEnvLine |
+                            BuilderNotify::kCombinedNullLine);
+    JNIEnv* env = frame.env();
+    if (env == nullptr) return;  // no JavaVM recorded: nobody to tell
+    const auto& d = *static_cast<const Record*>(pt_nfy_data);
+    auto peer = static_cast<jobject>(pv_nfy_tag);
+    XLOGI(" MW notify mask=0x%x\n", d.ui4_mask);
+    // The version first: Java learns it before the tables it belongs to.
+    static const MaskReport<Record> kReports[] = {
+        {SB_DVBS_TKGS_VERSION, reportVersion},
+        {SB_DVBS_TKGS_HIDDEN_LOCATOR, reportHiddenLocators},
+        {SB_DVBS_TKGS_CATEGORY, reportCategories},
+        {SB_DVBS_TKGS_SVC_LIST, reportServiceLists},
+        {SB_DVBS_TKGS_USER_MSG, reportUserMessage},
+    };
+    reportMasked(env, peer, d, d.ui4_mask, kReports, SCAN_SITE);
 }
 
 extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanTKGS_nativeSetup(
@@ -402,9 +402,9 @@ const MethodSpec gSecondLookUp[] = {
 }  // namespace
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanTKGS(JNIEnv* env) {
-    const OperatorServiceRegistration registration = {
+    const SatelliteRegistration registration = {
         kTkgsClass, gMethods, tableSize(gMethods), gFirstLookUp, std::size(gFirstLookUp),
-        gSecondLookUp, std::size(gSecondLookUp), "Failed to register ZelTvScanTKGS native methods",
-        " ZelTvScanTKGS class not find!"};
-    return registerOperatorServiceClass(env, registration, SCAN_SITE);
+        "Failed to register ZelTvScanTKGS native methods", gSecondLookUp, std::size(gSecondLookUp),
+        " ZelTvScanTKGS class not find!", nullptr, nullptr, 0};
+    return registerSatelliteClass(env, registration, SCAN_SITE);
 }

@@ -396,6 +396,9 @@ void JScanEngine::walkExtensions(const ScanSite& site, const char* announce, Hoo
 }
 
 void JScanEngine::preScanExtensions(const ScanSite& site, void* params) {
+    // Tells the extensions whose block this is: a satellite extension writes only into the
+    // satellite builder's.
+    PreScanBlock block(params, mScanConfig->getSbEbEngineName());
     walkExtensions(site, nullptr, [&](JINativeScanExtension* extension) {
         SITE_LOGD(site, "onPreScan to Extension = %p\n", extension);
         extension->onPreScan(params);

@@ -33,6 +33,29 @@ protected:
     ~JINativeScanExtension() override = default;
 };
 
+/*
+ * The block that the engine is handing to its extensions' onPreScan on this thread, with
+ * the name of the builder it belongs to; open around the engine's onPreScan walk. An
+ * extension of one standard may be added to an engine of another, whose block is laid out
+ * (and sized) differently: the extension asks whose block it was given.
+ */
+class PreScanBlock {
+public:
+    PreScanBlock(const void* block, const char* builderName);
+    ~PreScanBlock();
+    /* The builder name of `block` while the engine prepares it on this thread, else null
+     * (a block handed to onPreScan by someone else). */
+    static const char* builderOf(const void* block);
+
+    PreScanBlock(const PreScanBlock&) = delete;
+    PreScanBlock& operator=(const PreScanBlock&) = delete;
+
+private:
+    const void* mBlock;
+    const char* mBuilderName;
+    PreScanBlock* mOuter;
+};
+
 }  // namespace android
 
 #endif /* JI_NATIVE_SCAN_EXTENSION_H */

@@ -11,8 +11,10 @@
 
 #include <stddef.h>
 #include <stdint.h>
+#include <string.h>
 
 #include <functional>
+#include <optional>
 
 #include <jni.h>
 
@@ -26,42 +28,94 @@
 namespace android {
 
 /*
- * A satellite extension: the builder handle of attach and detach, and its Java peer, whose
- * weak reference is the tag of the notify function the extension writes into the block.
+ * What every satellite extension keeps first: the builder handle, stored by attach and
+ * cleared by detach, which log "attach" and "detach" at debug priority (whatever the level
+ * property says, or through the log gate). The class keeps its Java peer (ExtensionPeer)
+ * after its own fields.
  */
-class OperatorServiceExtension : public JINativeScanExtension {
+class SatelliteExtension : public JINativeScanExtension {
 public:
+    enum class AttachLog { kAlways, kGated };
+
     int attach(unsigned int builderHandle) override;
     int detach(unsigned int builderHandle) override;
-    jobject peerObject() const { return mPeer.object(); }
 
 protected:
-    OperatorServiceExtension(JNIEnv* env, jobject thiz, const char* className, const ScanSite& site,
-                       ExtensionPeer::CreateLog createLog = ExtensionPeer::CreateLog::kWithPointers);
-    ~OperatorServiceExtension() override = default;
-
-    /* A notify function of the block and its tag, the peer's weak reference. */
-    void registerNotify(x_sb_dvbs_built_nfy_fct* function, void** tag,
-                        x_sb_dvbs_built_nfy_fct notify) const {
-        *function = notify;
-        *tag = peerObject();
-    }
+    explicit SatelliteExtension(const char* tag, AttachLog log = AttachLog::kAlways)
+        : mTag(tag), mAttachLog(log) {}
+    ~SatelliteExtension() override = default;
+    uint32_t builderHandle() const { return mBuilderHandle; }
 
 private:
+    void logHook(const char* hook) const;
+
     const char* mTag;
+    AttachLog mAttachLog;
     uint32_t mBuilderHandle = 0;
-    ExtensionPeer mPeer;
 };
 
-/* The block handed to onPreScan; a null one ends the process ("!(scanParames != __null)"). */
-SB_DVBS_SCAN_PARAMS* scanBlockOf(void* scanParames, const ScanSite& site);
+/*
+ * The block handed to onPreScan. A null one ends the process ("!(scanParames != __null)").
+ * The block of an engine whose builder is not "sb_dvbs" (the extension was added to an
+ * engine of another standard, whose block is smaller) gives null after an error line: the
+ * extension then writes nothing.
+ */
+SB_DVBS_SCAN_PARAMS* satelliteBlockOf(void* scanParames, const ScanSite& site);
+
+/* A block field written at its offset (fields of SB_DVBS_SCAN_PARAMS, by offsetof). */
+template <typename T>
+void putBlockField(SB_DVBS_SCAN_PARAMS* block, size_t offset, T value) {
+    static_assert(sizeof(T) <= sizeof(SB_DVBS_SCAN_PARAMS), "a block field");
+    memcpy(reinterpret_cast<uint8_t*>(block) + offset, &value, sizeof(value));
+}
+
+/* A notify function of the block and its tag, the peer's weak reference. */
+template <typename Function>
+void putNotify(Function* slot, void** tagSlot, Function notify, const ExtensionPeer& peer) {
+    *slot = notify;
+    *tagSlot = peer.object();
+}
 
 /*
  * The native object behind a Java peer: its getNativeExtension, whose low 32 bits are the
- * object's address. Null when the handle is 0.
+ * object's address. Null when the low half is 0, or when the call threw (the exception is
+ * kept for the native's caller).
  */
 JINativeScanExtension* peerExtension(JNIEnv* env, jobject thiz, jmethodID getNativeExtension,
                                      const ScanSite& site);
+
+/*
+ * A native that takes a Java info object: its getters first, then `getNativeExtension` on
+ * the peer. A handle of 0 names no extension and the native does nothing. A null info
+ * object reads as all zeros. A getter that throws gives 0; the exception is kept for the
+ * native's caller (its JavaCallerScope).
+ */
+class InfoCallBase {
+public:
+    InfoCallBase(JNIEnv* env, jobject thiz, jobject info, jmethodID getNativeExtension,
+                 const ScanSite& site)
+        : mEnv(env), mThiz(thiz), mInfo(info), mGetNativeExtension(getNativeExtension),
+          mSite(site) {}
+    jint getInt(jmethodID getter);
+    jboolean getBoolean(jmethodID getter);
+
+protected:
+    JINativeScanExtension* peer() { return peerExtension(mEnv, mThiz, mGetNativeExtension, mSite); }
+
+private:
+    JNIEnv* mEnv;
+    jobject mThiz;
+    jobject mInfo;
+    jmethodID mGetNativeExtension;
+    ScanSite mSite;
+};
+
+template <typename Extension>
+class InfoCall : public InfoCallBase {
+public:
+    using InfoCallBase::InfoCallBase;
+    Extension* extension() { return static_cast<Extension*>(peer()); }
+};
 
 /*
  * The int[] natives of the satellite extensions: the length checks, then element 1 names
@@ -94,34 +148,48 @@ jint satelliteArrayCall(JNIEnv* env, jintArray array, const ScanSite& site, cons
     return 0;
 }
 
-/* How a notify function words a null record or tag. */
-enum class NullNotifyText {
-    kSeparate,  // one line for the record, another for the tag
-    kCombined,  // one line for either
-};
-
 /*
- * The frame of a notify function on a builder thread. A null record or tag logs its error
- * line at the caller's site and aborts. Then the thread's JNIEnv: GetEnv (JNI 1.4), or
- * else attach ("GetEnv NG!" logged first when `logGetEnvFailure`; a failed attach asserts
- * "!((sts == (0)) && (env != __null))"), detached again when the frame ends (asserting
- * "!(sts == (0))").
+ * The frame of a notify function on a builder thread, every line at the notify function's
+ * site. With kEnterLeave: " enter" first and " Leave" last (after the detach). A null record
+ * or tag logs its error line (one line for either with kCombinedNullLine, else one for each)
+ * and aborts. The thread's JNIEnv on first use: GetEnv (JNI 1.4), or else an attach that
+ * asserts "!((sts == (0)) && (env != __null))", preceded by " GetEnv NG!" with kGetEnvLine;
+ * a thread attached here is detached when the frame ends (asserting "!(sts == (0))").
  */
-class NotifyFrame {
+class BuilderNotify {
 public:
-    NotifyFrame(const ScanSite& site, bool logGetEnvFailure);
-    JNIEnv* env() const { return mThread.env(); }
+    enum Options : unsigned {
+        kEnterLeave = 1u << 0,
+        kGetEnvLine = 1u << 1,
+        kCombinedNullLine = 1u << 2,
+    };
+    BuilderNotify(const ScanSite& site, const void* data, const void* tag, unsigned options);
+    ~BuilderNotify();
+    /* Null only when no VM has loaded the library. */
+    JNIEnv* env();
+    /* A Java callback returned: a pending exception is logged and cleared. */
+    void checkCallback(const char* what);
 
-    /* Ends the process after the error line when `data` or `tag` is null. */
-    static void abortOnNull(const void* data, const void* tag, NullNotifyText text,
-                            const ScanSite& site);
-
-    NotifyFrame(const NotifyFrame&) = delete;
-    NotifyFrame& operator=(const NotifyFrame&) = delete;
+    BuilderNotify(const BuilderNotify&) = delete;
+    BuilderNotify& operator=(const BuilderNotify&) = delete;
 
 private:
-    ScopedJniThread mThread;
+    ScanSite mSite;
+    unsigned mOptions;
+    std::optional<ScopedJniThread> mThread;
 };
+
+/* The frame of the installation extensions' notify functions (detections, NIT, BAT, region
+ * lists). */
+constexpr unsigned kInstallationNotify = BuilderNotify::kEnterLeave | BuilderNotify::kGetEnvLine;
+
+/* The record of a notify, copied out of the builder's buffer. */
+template <typename Record>
+Record notifyRecord(const void* data) {
+    Record record;
+    memcpy(&record, data, sizeof(record));
+    return record;
+}
 
 /*
  * A Java call with arguments on a builder thread: the exception it may throw is logged and
@@ -151,8 +219,17 @@ void reportMasked(JNIEnv* env, jobject peer, const Record& record, uint32_t mask
     }
 }
 
-/* A Java string of a builder's text field of `capacity` bytes (its terminator not trusted). */
-jstring newStringFromField(JNIEnv* env, const char* field, size_t capacity);
+/* The text "<first>,<second>" of two 16-bit ids, as a Java string. */
+jstring newIdString(JNIEnv* env, uint16_t first, uint16_t second);
+
+/*
+ * A Java string of a builder text field of `capacity` bytes, up to its first NUL or the
+ * field's end (its terminator is not trusted). Broadcast texts need not be modified UTF-8:
+ * the operator tables' bytes that are not become '?', the installation records' texts that
+ * are not are read whole as ISO-8859-1.
+ */
+enum class ForeignText { kQuestionMark, kLatin1 };
+jstring newBuilderString(JNIEnv* env, const char* field, size_t capacity, ForeignText foreign);
 
 /* Calls the setters of one Java object made from a wire record. */
 class JavaSetters {
@@ -182,7 +259,8 @@ jobjectArray newRecordObjectArray(JNIEnv* env, jclass clazz, jmethodID init, jsi
                                   const ScanSite& site,
                                   const std::function<void(JavaSetters&, jsize)>& fill);
 
-/* A Java String[] of `count` builder text fields; null as above. */
+/* A Java String[] of `count` builder text fields (bytes Java cannot take become '?'); null
+ * as above. */
 jobjectArray newFieldStringArray(JNIEnv* env, jsize count, const ScanSite& site,
                                  const std::function<const char*(jsize)>& field,
                                  size_t capacity);
@@ -203,39 +281,31 @@ void takeNestedClass(JNIEnv* env, const char* className, NestedClass& nested,
 /*
  * The registration of a satellite class: its natives (on failure `failText` at error level
  * and 0), "<function> OK.", the class found (asserting "!(clazz.get() != __null)") and
- * `first` cached, then, when there is a `second`, the class found again for it (a miss
- * there logs `notFoundText` as an "[INFO ]" line instead). Every missing method asserts with
- * its text.
+ * `callbacks` cached; then, for `later`, the class found again (a miss there logs
+ * `notFoundText` as an "[INFO ]" line instead); then the nested info class found
+ * (asserting) and its getters cached. Every missing method asserts with its text.
  */
-struct OperatorServiceRegistration {
+struct SatelliteRegistration {
     const char* className;
     const JNINativeMethod* methods;
     int count;
-    const MethodSpec* first;
-    size_t firstCount;
-    const MethodSpec* second;
-    size_t secondCount;
+    const MethodSpec* callbacks;
+    size_t callbackCount;
     const char* failText;
+    const MethodSpec* later;
+    size_t laterCount;
     const char* notFoundText;
+    const char* infoClassName;
+    const MethodSpec* infoGetters;
+    size_t infoCount;
 };
-int registerOperatorServiceClass(JNIEnv* env, const OperatorServiceRegistration& registration,
+constexpr const char* kRegistrationFailed = "Failed to register tuner native methods";
+int registerSatelliteClass(JNIEnv* env, const SatelliteRegistration& registration,
                            const ScanSite& site);
 
 /* A method that a class may lack: null then, with nothing left pending. */
 jmethodID lookUpOptionalMethod(JNIEnv* env, const char* className, const char* name,
                                const char* signature);
-
-/*
- * The satellite identity text "id,recordId" as numbers: the characters before the first
- * comma and those after it, each folded in as value * 10 + (c - '0') in 16 bits with no
- * check that they are digits; an empty part gives 0. Logs the text and both numbers in the
- * "[source][function][line]" form at the caller's site.
- */
-struct SatelliteIdentity {
-    uint16_t satelliteId;
-    uint16_t recordId;
-};
-SatelliteIdentity parseSatelliteIdentity(const char* text, const ScanSite& site);
 
 }  // namespace android
 

@@ -10,7 +10,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#include "ScanSatelliteCommon.h"
+#include "SatelliteExtensionCommon.h"
 
 namespace android {
 
@@ -29,12 +29,10 @@ struct DetectionKind {
 /* A site of the detection kind's own class. */
 #define DETECTION_SITE(kind) (::android::ScanSite{(kind).tag, (kind).source, __FUNCTION__, __LINE__})
 
-class NativeZelTvScanDetection : public JINativeScanExtension {
+class NativeZelTvScanDetection : public SatelliteExtension {
 public:
     NativeZelTvScanDetection(JNIEnv* env, jobject thiz, const DetectionKind& kind);
 
-    int attach(unsigned int builderHandle) override;
-    int detach(unsigned int builderHandle) override;
     void onPreScan(void* scanParams) override;
 
     /* nativeSetup turns the detection on right after construction; nothing turns it off. */
@@ -45,7 +43,6 @@ protected:
 
 private:
     const DetectionKind& mKind;
-    uint32_t mBuilderHandle = 0;
     uint8_t mEnabled = 0;
     ExtensionPeer mPeer;
 };
