@@ -132,6 +132,17 @@ SB_SAT_NAME_NFY_DATA_T satName(uint16_t id, uint16_t recId, int16_t orbit, const
     return d;
 }
 
+SB_DVBS_HTP_INFO_T homeTransponder(uint16_t id0, uint16_t id1, uint32_t v1, uint32_t v2, uint32_t v3) {
+    SB_DVBS_HTP_INFO_T d;
+    memset(&d, 0, sizeof(d));
+    d.ui2_rec_id_0 = id0;
+    d.ui2_rec_id_1 = id1;
+    d.ui4_tp_value_1 = v1;
+    d.ui4_tp_value_2 = v2;
+    d.ui4_tp_value_3 = v3;
+    return d;
+}
+
 constexpr size_t kSatNameFn = offsetof(SB_DVBS_SCAN_PARAMS, pf_sat_name_nfy);
 constexpr size_t kGetInfoFn = offsetof(SB_DVBS_SCAN_PARAMS, pf_get_info_nfy);
 constexpr size_t kMduFn = offsetof(SB_DVBS_SCAN_PARAMS, pf_mdu_nfy);
@@ -165,14 +176,7 @@ TEST_F(SatelliteInstallTest, DetectionFamilyFieldsAndTheSharedSatelliteReport) {
     EXPECT_EQ(Logs::count(ANDROID_LOG_DEBUG, "ZelTvScanDetectLNB_JNI",
                           "MW notify sateRecId=0:65535 orbit=-300 sateName=Hispasat 30W-5/30W-6\n"), 1);
 
-    SB_DVBS_HTP_INFO_T home;
-    memset(&home, 0, sizeof(home));
-    home.ui2_rec_id_0 = 12;
-    home.ui2_rec_id_1 = 3;
-    home.ui4_tp_value_1 = 11778;
-    home.ui4_tp_value_2 = 2;
-    home.ui4_tp_value_3 = 0xFFFFFFFF;
-    notifyFrom(block, kGetInfoFn, home);
+    notifyFrom(block, kGetInfoFn, homeTransponder(12, 3, 11778, 2, 0xFFFFFFFF));
     EXPECT_EQ(reports(htp, "getDetections"), "[12,3 TP 11778:2:4294967295]");
     EXPECT_EQ(Logs::count(ANDROID_LOG_DEBUG, "ZelTvScanDetectHTP_JNI",
                           "MW notify htp RecId=12:3 TP=11778:2:4294967295\n"), 1);
@@ -438,14 +442,7 @@ TEST_F(SatelliteInstallTest, HomeTransponderAndRegionListsShareTheirFieldsTheLat
     EXPECT_TRUE(env_->IsSameObject(htpLast.at<jobject>(704), htp));
     EXPECT_NE(regionLast.at<void*>(700), htpLast.at<void*>(700));
 
-    SB_DVBS_HTP_INFO_T home;
-    memset(&home, 0, sizeof(home));
-    home.ui2_rec_id_0 = 4;
-    home.ui2_rec_id_1 = 1;
-    home.ui4_tp_value_1 = 10773;
-    home.ui4_tp_value_2 = 1;
-    home.ui4_tp_value_3 = 22000;
-    notifyFrom(htpLast, kGetInfoFn, home);
+    notifyFrom(htpLast, kGetInfoFn, homeTransponder(4, 1, 10773, 1, 22000));
     EXPECT_EQ(reports(htp, "getDetections"), "[4,1 TP 10773:1:22000]");
     SB_DVBS_GET_INFO_NFY_DATA_T lists;
     memset(&lists, 0, sizeof(lists));
