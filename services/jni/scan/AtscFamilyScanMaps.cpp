@@ -162,13 +162,10 @@ int registerAtscFamily(JNIEnv* env, const char* configClass, const char* setting
         {&f.onStatusId, "onStatus", "(I)V", "!(gFields.onStatusId != __null)"},
         {&f.checkScanMapsId, "checkSettings", "()I", "!(gFields.checkScanMapsId != __null)"},
     });
-    if (registerClass(env, configClass, methods, 2, specs.data(), specs.size(), site) == 0) {
-        return 0;
-    }
     const MethodSpec country = {&f.scanSettings.getCountryId, "getCountry", "()Ljava/lang/String;",
                                 "!(gFields.scanSettings.getCountryId != __null)"};
-    cacheClassMethods(env, settingsClass, &country, 1, site);
-    return 1;
+    return registerConfigClass(env, configClass, methods, 2, specs.data(), specs.size(),
+                               {{settingsClass, &country, 1}}, site);
 }
 
 }  // namespace android

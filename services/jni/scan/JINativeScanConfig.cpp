@@ -58,4 +58,16 @@ sp<JINativeScanConfig> exchangeNativeConfig(JNIEnv* env, jobject thiz,
     return old;
 }
 
+int registerConfigClass(JNIEnv* env, const char* configClass, const JNINativeMethod* methods,
+                        int count, const MethodSpec* configMethods, size_t configCount,
+                        std::initializer_list<ClassMethods> more, const ScanSite& site) {
+    if (registerClass(env, configClass, methods, count, configMethods, configCount, site) == 0) {
+        return 0;
+    }
+    for (const ClassMethods& c : more) {
+        cacheClassMethods(env, c.className, c.specs, c.count, site);
+    }
+    return 1;
+}
+
 }  // namespace android

@@ -329,13 +329,8 @@ const MethodSpec gScanTypeMethods[] = {
 using namespace android;
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanDtmbConfig(JNIEnv* env) {
-    if (registerClass(env, kConfigClass, gMethods, tableSize(gMethods), gConfigMethods,
-                      std::size(gConfigMethods), SCAN_SITE) == 0) {
-        return 0;
-    }
-    cacheClassMethods(env, kSettingsClass, gSettingsMethods, std::size(gSettingsMethods),
-                      SCAN_SITE);
-    cacheClassMethods(env, kScanTypeClass, gScanTypeMethods, std::size(gScanTypeMethods),
-                      SCAN_SITE);
-    return 1;
+    return registerConfigClass(env, kConfigClass, gMethods, gConfigMethods,
+                               {{kSettingsClass, gSettingsMethods, std::size(gSettingsMethods)},
+                                {kScanTypeClass, gScanTypeMethods, std::size(gScanTypeMethods)}},
+                               SCAN_SITE);
 }

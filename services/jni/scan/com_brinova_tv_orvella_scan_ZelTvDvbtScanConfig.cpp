@@ -370,11 +370,7 @@ const MethodSpec gSettingsMethods[] = {
 using namespace android;
 
 int register_com_brinova_tv_orvella_scan_ZelTvScanDvbtConfig(JNIEnv* env) {
-    if (registerClass(env, kConfigClass, gMethods, tableSize(gMethods), gConfigMethods,
-                      std::size(gConfigMethods), SCAN_SITE) == 0) {
-        return 0;
-    }
-    cacheClassMethods(env, kSettingsClass, gSettingsMethods, std::size(gSettingsMethods),
-                      SCAN_SITE);
-    return 1;
+    return registerConfigClass(env, kConfigClass, gMethods, gConfigMethods,
+                               {{kSettingsClass, gSettingsMethods, std::size(gSettingsMethods)}},
+                               SCAN_SITE);
 }

@@ -6,7 +6,10 @@
 #ifndef JI_NATIVE_SCAN_CONFIG_H
 #define JI_NATIVE_SCAN_CONFIG_H
 
+#include <stddef.h>
 #include <stdint.h>
+
+#include <initializer_list>
 
 #include <jni.h>
 #include <utils/RefBase.h>
@@ -108,6 +111,32 @@ sp<JINativeScanConfig> exchangeNativeConfig(JNIEnv* env, jobject thiz,
                                             const sp<JINativeScanConfig>& config,
                                             jmethodID getNativeConfig, jmethodID setNativeConfig,
                                             const ScanSite& site, const char* setterName);
+
+/* The methods of one more class that a configuration's registration caches: its settings
+ * class, or a class nested in the settings. */
+struct ClassMethods {
+    const char* className;
+    const MethodSpec* specs;
+    size_t count;
+};
+
+/*
+ * The registration step every configuration class repeats: its natives registered and its
+ * own methods cached (registerClass: "Failed to register tuner native methods" and 0 when
+ * the natives are refused), then the methods of each class of `more` cached in order, each
+ * class found again (asserting "!(clazz.get() != __null)") and each missing method
+ * asserting with its own text. Returns 1.
+ */
+int registerConfigClass(JNIEnv* env, const char* configClass, const JNINativeMethod* methods,
+                        int count, const MethodSpec* configMethods, size_t configCount,
+                        std::initializer_list<ClassMethods> more, const ScanSite& site);
+template <size_t N, size_t M>
+int registerConfigClass(JNIEnv* env, const char* configClass, const JNINativeMethod (&methods)[N],
+                        const MethodSpec (&configMethods)[M],
+                        std::initializer_list<ClassMethods> more, const ScanSite& site) {
+    return registerConfigClass(env, configClass, methods, static_cast<int>(N), configMethods, M,
+                               more, site);
+}
 
 }  // namespace android
 
