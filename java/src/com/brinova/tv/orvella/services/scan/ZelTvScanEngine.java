@@ -338,13 +338,18 @@ public class ZelTvScanEngine {
         return getNativeContext() != 0;
     }
 
-    /** Converts a reported frequency to MHz, whether the builder counted in Hz, kHz or MHz. */
+    /**
+     * Converts a reported frequency to MHz, whether the builder counted in Hz (terrestrial),
+     * kHz or MHz (the satellite builder's transponders, such as 11494). Broadcast frequencies
+     * lie between 40 MHz (the lowest VHF channels) and 13 GHz (the top of the satellite Ku
+     * band); within those bounds a value in one unit never reads as a value in another.
+     */
     public static double toMegahertz(int frequency) {
         long f = Integer.toUnsignedLong(frequency);
-        if (f >= 10_000_000L) {
+        if (f >= 40_000_000L) {
             return f / 1_000_000.0;
         }
-        if (f >= 10_000L) {
+        if (f >= 40_000L) {
             return f / 1_000.0;
         }
         return f;
