@@ -81,7 +81,7 @@ void scanMaps(JNIEnv* env, fuzz::Input& in, android::JINativeScanConfig* config)
     uint32_t outputLen = in.u16() % 257;
     char country[4] = {};
     std::vector<uint8_t> c = in.bytes(3);
-    memcpy(country, c.data(), c.size());
+    if (!c.empty()) memcpy(country, c.data(), c.size());
     const uint8_t pointers = in.u8();  // bit 0: no input, bit 1: no output, bit 2: no length
     uintptr_t value = in.u32();
     std::unique_ptr<uint8_t[]> record;
@@ -92,7 +92,7 @@ void scanMaps(JNIEnv* env, fuzz::Input& in, android::JINativeScanConfig* config)
         record.reset(new uint8_t[size]);
         std::vector<uint8_t> bytes = in.bytes(size);
         memset(record.get(), 0, size);
-        memcpy(record.get(), bytes.data(), bytes.size());
+        if (!bytes.empty()) memcpy(record.get(), bytes.data(), bytes.size());
         input = (pointers & 1) ? nullptr : record.get();
     }
     const jint status = (in.u8() & 1) ? static_cast<jint>(in.u32()) : 0;
@@ -113,7 +113,7 @@ std::unique_ptr<uint8_t[]> notifyRecord(fuzz::Input& in, size_t size, bool null)
     if (null) return nullptr;
     std::unique_ptr<uint8_t[]> record(new uint8_t[size]);
     memset(record.get(), 0, size);
-    memcpy(record.get(), bytes.data(), bytes.size());
+    if (!bytes.empty()) memcpy(record.get(), bytes.data(), bytes.size());
     return record;
 }
 

@@ -38,7 +38,7 @@ public:
         T out;
         memset(&out, 0, sizeof(out));
         std::vector<uint8_t> b = bytes(sizeof(T));
-        memcpy(&out, b.data(), b.size());
+        if (!b.empty()) memcpy(&out, b.data(), b.size());  // the input may have ended
         return out;
     }
 

@@ -68,7 +68,7 @@ void deliver(const SB_DVBS_SCAN_PARAMS& block, size_t at, fuzz::Input& in, size_
     if (fn == nullptr) return;  // the block asks for no such report
     std::vector<uint8_t> bytes = in.bytes(size);
     auto* record = new uint8_t[size]();
-    memcpy(record, bytes.data(), bytes.size());
+    if (!bytes.empty()) memcpy(record, bytes.data(), bytes.size());  // an input may end first
     // A report without the list flag ends the process by contract: keep the flag.
     if (setFlagAt != 0xFF) record[setFlagAt] |= SB_DVBS_INFO_FLAG_LIST;
     fuzz::onBuilderThread([&] { fn(record, tag); });
