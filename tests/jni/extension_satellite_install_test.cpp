@@ -331,6 +331,21 @@ TEST_F(SatelliteInstallTest, RegionChannelListAskThenChoose) {
     EXPECT_EQ(chosen.at<void*>(700), nullptr);
     EXPECT_EQ(chosen.at<void*>(704), nullptr);
     EXPECT_EQ(std::string(reinterpret_cast<char*>(chosen.bytes + 210)), "Sky UK Granada North West Engla");
+
+    // An array of one element, or 0 in element 1, names no extension: logged, nothing chosen,
+    // the array not written back.
+    Logs::clear();
+    for (const std::vector<int>& values : {std::vector<int>{7}, std::vector<int>{7, 0, 5}}) {
+        jintArray none = scantest::newIntArray(env_, values);
+        EXPECT_EQ(harness::callInt(region, harness::methodOf(region, "nativeSetRegionChannelList",
+                                                             "([ILjava/lang/String;)I"),
+                                   none, env_->NewStringUTF("Granada")), 0);
+        EXPECT_EQ(scantest::intArray(env_, none), values);
+    }
+    EXPECT_EQ(Logs::containing("ZelTvRegionChannelList_JNI", "ptRegionCHList is NULL!").size(), 2u);
+    Block still(32);
+    still.preScan({region});
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(still.bytes + 210)), "Sky UK Granada North West Engla");
 }
 
 TEST_F(SatelliteInstallTest, RegionTimeZoneRefusedWhileNotAttached) {

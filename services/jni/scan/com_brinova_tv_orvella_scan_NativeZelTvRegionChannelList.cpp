@@ -84,7 +84,7 @@ public:
         mAskForLists = 1;
         SITE_LOGE(call.site(), "[%d] timeZone=%u\n", extensionHandleOf(this), mTimeZone);
     }
-    jint selectList(JNIEnv* env, jstring name, const ScanSite& site);
+    void selectList(JNIEnv* env, jstring name, const ScanSite& site);
 
 protected:
     ~NativeZelTvRegionChannelList() override = default;
@@ -132,7 +132,7 @@ int32_t NativeZelTvRegionChannelList::_set_time_zone() {
     return i4_ret;
 }
 
-jint NativeZelTvRegionChannelList::selectList(JNIEnv* env, jstring name, const ScanSite& site) {
+void NativeZelTvRegionChannelList::selectList(JNIEnv* env, jstring name, const ScanSite& site) {
     // A null name selects the empty name (ScopedUtfChars would throw on it).
     std::optional<ScopedUtfChars> chars;
     if (name != nullptr) chars.emplace(env, name);
@@ -141,7 +141,6 @@ jint NativeZelTvRegionChannelList::selectList(JNIEnv* env, jstring name, const S
     memset(mSelected, 0, sizeof(mSelected));
     strncpy(mSelected, text, sizeof(mSelected) - 1);
     mAskForLists = 0;
-    return 0;
 }
 
 }  // namespace android
@@ -154,28 +153,19 @@ extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanRegion
                                                         &NativeZelTvRegionChannelList::setUp);
 }
 
-namespace {
-
-jint setRegionChannelList(NativeZelTvRegionChannelList* extension,
-                          IntArrayCall<kExtensionArrayLimit>& call, JNIEnv* env, jstring name) {
-    SITE_LOGD(call.site(), "[Set ptRegionCHList:%d]\n", call.handle());
-    return extension->selectList(env, name, call.site());
-}
-
-}  // namespace
-
 extern "C" SCAN_JNI_EXPORT jint
 Java_com_brinova_tv_orvella_scan_ZelTvScanRegionCHList_nativeSetRegionChannelList(JNIEnv* env,
                                                                                   jobject,
                                                                                   jintArray array,
                                                                                   jstring name) {
-    JavaCallerScope scope(env);
-    IntArrayCall<kExtensionArrayLimit> call(env, array, SCAN_SITE);
-    if (!call.accepted()) {
-        return 0;
-    }
-    return call.finish(setRegionChannelList(call.extension<NativeZelTvRegionChannelList>(), call,
-                                            env, name));
+    // An array without a handle in element 1 (one element long, or 0 there) names no list
+    // extension: logged, nothing chosen.
+    return satelliteArrayCall<NativeZelTvRegionChannelList>(
+        env, array, SCAN_SITE, "ptRegionCHList", " ptRegionCHList is NULL!\n",
+        [env, name](NativeZelTvRegionChannelList& region, IntArrayCall<kExtensionArrayLimit>& call) {
+            region.selectList(env, name, call.site());
+            return true;  // the array goes back with element 0 = 0
+        });
 }
 
 namespace {
