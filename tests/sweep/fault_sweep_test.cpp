@@ -15,7 +15,9 @@
 
 #include <gtest/gtest.h>
 
+#include "engine_util.h"
 #include "fault_sweep.h"
+#include "scan_test_util.h"
 #include "jvm_harness.h"
 #include "zel_sim.h"
 
@@ -25,6 +27,8 @@ using sweep::MiddlewareCall;
 using sweep::Resources;
 using sweep::Standard;
 using Strings = std::vector<std::string>;
+
+constexpr const char* kApplication = "com/brinova/tv/orvella/testsupport/SweepApplication";
 
 // A row per standard and scenario: configuration, the extensions an application adds (in
 // this order), and the scenario the builder plays.
@@ -463,6 +467,81 @@ TEST_F(KeptByTheMiddleware, ListRegistrationOutlivingTheEngine) {
         return;
     }
     FAIL() << "the lifecycle unregisters no service list";
+}
+
+// A builder the middleware refused to close, even again at release, outlives the engine and
+// the configuration that Java released after it: a scan notification or a scan-maps
+// question it sends later must reach neither freed object (under the sanitizers a use after
+// free ends the test).
+TEST_F(KeptByTheMiddleware, BuilderOutlivingTheEngineAndTheConfiguration) {
+    zelsim::reset();
+    zelsim::setTimeScale(0);
+    std::string error;
+    ASSERT_TRUE(zelsim::loadScenarioFile(ORVELLA_SOURCE_DIR "/scenarios/dvbt-small.json", &error)) << error;
+    jobject config = scantest::newDvbtConfig("GBR", "eng", 1, 1);
+    scantest::Engine e = scantest::Engine::create();
+    ASSERT_EQ(e.configure(config, 1), 0);
+    ASSERT_EQ(e.native("nativeStart"), 0);
+    ASSERT_TRUE(e.awaitEnds(1));
+    zelsim::failNext("x_sb_close_builder", MWR_FAIL, -1);
+    EXPECT_EQ(e.native("nativeClose"), -38);
+    EXPECT_EQ(e.native("nativeRelease"), 0);
+    EXPECT_EQ(harness::callInt(config, harness::methodOf(config, "nativeRelease", "()I")), 0);
+    ASSERT_EQ(zelsim::openBuilders(), 1u) << "the refused builder is kept";
+    std::vector<std::string> callbacks;
+    zelsim::setCallbackHook([&callbacks](const char* what) { callbacks.push_back(what); });
+    harness::Logs::clear();
+    harness::logEverything();
+    zelsim::runScanNotify(zelsim::calls("x_sb_close_builder").back().args[0], SB_REASON_PROGRESS, 3);
+    zelsim::ScanMapsAnswer answer = zelsim::runScanMaps("sb_dvb", 0, "GBR", {}, 4);
+    zelsim::setCallbackHook(nullptr);
+    EXPECT_EQ(callbacks, (Strings{"scan_nfy", "scan_maps"}));
+    // Answered as with no tag: 0, nothing written, no Java call.
+    EXPECT_EQ(answer.status, 0);
+    EXPECT_EQ(harness::Logs::containing(
+                  "mdbgin_ZelTvDvbtScanConfig_JNI",
+                  "_native_sb_dvb_scan_maps_notify, pv_tag(native config instance) is NULL!")
+                  .size(),
+              1u);
+    EXPECT_EQ(answer.output, std::vector<uint8_t>(4, 0));
+}
+
+// The same question reaches every standard's scan-maps function with the tag of a
+// configuration released since: answered as with no tag.
+TEST_F(KeptByTheMiddleware, ScanMapsTagOfAReleasedConfigurationOfEveryStandard) {
+    JNIEnv* env = harness::env();
+    jclass app = harness::findClass(kApplication);
+    jmethodID make = env->GetStaticMethodID(app, "configuration",
+                                            "(Ljava/lang/String;)Lcom/brinova/tv/orvella/services/scan/ZelTvScanConfig;");
+    ASSERT_NE(make, nullptr);
+    for (const char* key : {"dvbt", "dvbc", "dvbc china", "dtmb", "atsc", "cqam", "isdb", "dvbs",
+                            "dvbs satellite"}) {
+        SCOPED_TRACE(key);
+        zelsim::reset();
+        jstring name = env->NewStringUTF(key);
+        jobject config = env->CallStaticObjectMethod(app, make, name);
+        ASSERT_FALSE(env->ExceptionCheck());
+        auto* native = reinterpret_cast<android::JINativeScanConfig*>(static_cast<uintptr_t>(
+            harness::callLong(config, harness::methodOf(config, "getNativeConfig", "()J"))));
+        ASSERT_NE(native, nullptr);
+        const std::string builder = native->getSbEbEngineName();
+        auto function = reinterpret_cast<x_sb_scan_maps_fct>(native->getSbScanMapsNotify());
+        EXPECT_EQ(harness::callInt(config, harness::methodOf(config, "release", "()I")), 0);
+        ASSERT_EQ(x_sb_reg_scan_map(builder.c_str(), function, native), MWR_OK);
+        harness::Logs::clear();
+        harness::logEverything();
+        zelsim::ScanMapsAnswer answer = zelsim::runScanMaps(builder, 0, "GBR", {}, 4);
+        EXPECT_EQ(answer.status, 0);
+        int nullTag = 0;
+        for (const harness::LogLine& line : harness::Logs::lines()) {
+            nullTag += line.text.find("pv_tag(native config instance) is NULL!") != std::string::npos;
+        }
+        EXPECT_EQ(nullTag, 1);
+        EXPECT_EQ(answer.output, std::vector<uint8_t>(4, 0));
+        env->DeleteLocalRef(config);
+        env->DeleteLocalRef(name);
+    }
+    env->DeleteLocalRef(app);
 }
 
 std::string nameOf(const ::testing::TestParamInfo<Standard>& info) { return info.param.name; }

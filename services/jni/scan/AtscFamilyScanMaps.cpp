@@ -89,7 +89,9 @@ int32_t atscFamilyScanMaps(const AtscFamilyScanMaps& family, const ScanSite& sit
     }
     if (pv_output == nullptr) scanFatal(site, "!(pv_output != __null)");
     if (pz_output_len == nullptr) scanFatal(site, "!(pz_output_len != __null)");
-    if (pv_tag == nullptr) {
+    // A tag that names no live configuration is answered as no tag.
+    sp<JINativeScanConfig> config = scanConfigOfTag(pv_tag);
+    if (config == nullptr) {
         SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "%s, pv_tag(native config instance) is NULL!",
                      family.name);
         return 0;
@@ -112,7 +114,7 @@ int32_t atscFamilyScanMaps(const AtscFamilyScanMaps& family, const ScanSite& sit
         return -6;
     }
     ScopedLocalRef<jintArray> intOutput(env, call.newOutput(site, outputLen));
-    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
+    jobject javaConfig = config->getSbScanConfigObject();
     env->CallVoidMethod(javaConfig, *family.onScanMapCommands, static_cast<jint>(cmd),
                         call.country(), intInput.get(), intOutput.get());
     checkJavaException(env, site, "onScanMapCommands");

@@ -142,7 +142,9 @@ SatelliteIdentity parseSatelliteIdText(const char* text, const ScanSite& site) {
 int dvbsScanMaps(const DvbsCommandTable& table, jmethodID onScanMapCommands, uint32_t cmd,
                  char* country, void* pv_input, void* pv_output, uint32_t* pz_output_len,
                  void* pv_tag, const ScanSite& site) {
-    if (pv_tag == nullptr) {
+    // A tag that names no live configuration is answered as no tag.
+    sp<JINativeScanConfig> config = scanConfigOfTag(pv_tag);
+    if (config == nullptr) {
         SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG,
                      "_native_sb_dvbs_scan_maps_notify, pv_tag(native config instance) is NULL!");
         return 0;
@@ -152,7 +154,7 @@ int dvbsScanMaps(const DvbsCommandTable& table, jmethodID onScanMapCommands, uin
     SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "_native_sb_dvbs_scan_maps_notify, cmd = %d, country = %s, out_buf_len = %d",
                  cmd, countryText, pz_output_len != nullptr ? static_cast<int>(*pz_output_len) : 0);
     ScanMapsCall call(site, countryText);
-    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
+    jobject javaConfig = config->getSbScanConfigObject();
     const DvbsCommandRow* row = findRow(table, cmd);
     int status = 0;
     if (row != nullptr) {

@@ -3,6 +3,9 @@
 
 #include "JINativeScanConfig.h"
 
+#include <map>
+#include <mutex>
+
 namespace android {
 
 ScanMapsCall::ScanMapsCall(const ScanSite& site, const char* country)
@@ -68,6 +71,32 @@ int registerConfigClass(JNIEnv* env, const char* configClass, const JNINativeMet
         cacheClassMethods(env, c.className, c.specs, c.count, site);
     }
     return 1;
+}
+
+namespace {
+
+std::mutex gLiveConfigsLock;
+std::map<const void*, wp<JINativeScanConfig>>& liveConfigs() {
+    static auto* configs = new std::map<const void*, wp<JINativeScanConfig>>();  // outlives exit
+    return *configs;
+}
+
+}  // namespace
+
+void addLiveScanConfig(JINativeScanConfig* config) {
+    std::lock_guard<std::mutex> lock(gLiveConfigsLock);
+    liveConfigs()[config] = config;
+}
+
+void removeLiveScanConfig(JINativeScanConfig* config) {
+    std::lock_guard<std::mutex> lock(gLiveConfigsLock);
+    liveConfigs().erase(config);
+}
+
+sp<JINativeScanConfig> scanConfigOfTag(void* tag) {
+    std::lock_guard<std::mutex> lock(gLiveConfigsLock);
+    auto it = liveConfigs().find(tag);
+    return it != liveConfigs().end() ? it->second.promote() : nullptr;
 }
 
 }  // namespace android

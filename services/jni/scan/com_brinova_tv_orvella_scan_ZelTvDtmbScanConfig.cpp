@@ -94,7 +94,9 @@ extern "C" int32_t _native_sb_dtmb_scan_maps_notify(DTMB_SCAN_MAPS_CMD_T cmd, ch
           pz_output_len != nullptr ? *pz_output_len : 0, pv_tag);
     SCAN_ASSERT(pv_output != NULL);
     SCAN_ASSERT(pz_output_len != NULL);
-    if (pv_tag == nullptr) {
+    // A tag that names no live configuration is answered as no tag.
+    sp<JINativeScanConfig> config = scanConfigOfTag(pv_tag);
+    if (config == nullptr) {
         DLOGD("pv_tag(native config instance) is NULL!");
         return 0;
     }
@@ -114,7 +116,7 @@ extern "C" int32_t _native_sb_dtmb_scan_maps_notify(DTMB_SCAN_MAPS_CMD_T cmd, ch
     const jint inputValue = static_cast<jint>(reinterpret_cast<uintptr_t>(pv_input));
     ScopedLocalRef<jintArray> intInput(env, call.newInput(SCAN_SITE, &inputValue, 1));
     ScopedLocalRef<jintArray> intOutput(env, call.newOutput(SCAN_SITE, 1));
-    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
+    jobject javaConfig = config->getSbScanConfigObject();
     env->CallVoidMethod(javaConfig, gFields.onScanMapCommandsId, static_cast<jint>(cmd),
                         call.country(), intInput.get(), intOutput.get());
     checkJavaException(env, SCAN_SITE, "onScanMapCommands");

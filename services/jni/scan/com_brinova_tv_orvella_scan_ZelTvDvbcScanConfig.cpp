@@ -138,7 +138,9 @@ extern "C" int32_t _native_sb_dvbc_scan_maps_notify(DVBC_SCAN_MAPS_CMD_T cmd, ch
                                                     uint32_t* pz_output_len, void* pv_tag) {
     SCAN_ASSERT(pv_output != NULL);
     SCAN_ASSERT(pz_output_len != NULL);
-    if (pv_tag == nullptr) {
+    // A tag that names no live configuration is answered as no tag.
+    sp<JINativeScanConfig> config = scanConfigOfTag(pv_tag);
+    if (config == nullptr) {
         BLOGD_RAW("_native_sb_dvbc_scan_maps_notify, pv_tag(native config instance) is NULL!");
         return 0;
     }
@@ -169,7 +171,7 @@ extern "C" int32_t _native_sb_dvbc_scan_maps_notify(DVBC_SCAN_MAPS_CMD_T cmd, ch
     const jsize outputLen = *pz_output_len >= 5 ? static_cast<jsize>(*pz_output_len) : 1;
     ScopedLocalRef<jintArray> intOutput(env, call.newOutput(SCAN_SITE, outputLen));
     ScopedLocalRef<jstring> serviceName(env, service.hasName ? env->NewStringUTF(service.name) : nullptr);
-    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
+    jobject javaConfig = config->getSbScanConfigObject();
     env->CallVoidMethod(javaConfig, gFields.onScanMapCommandsId, static_cast<jint>(cmd),
                         call.country(), serviceName.get(), static_cast<jint>(value), intInput.get(),
                         intOutput.get());

@@ -203,7 +203,9 @@ extern "C" int32_t _native_sb_dvb_scan_maps_notify(SCAN_MAPS_CMD_T cmd, char* co
                                                    uint32_t* pz_output_len, void* pv_tag) {
     SCAN_ASSERT(pv_output != NULL);
     SCAN_ASSERT(pz_output_len != NULL);
-    if (pv_tag == nullptr) {
+    // A tag that names no live configuration is answered as no tag.
+    sp<JINativeScanConfig> config = scanConfigOfTag(pv_tag);
+    if (config == nullptr) {
         BLOGD_RAW("_native_sb_dvb_scan_maps_notify, pv_tag(native config instance) is NULL!");
         return 0;
     }
@@ -225,7 +227,7 @@ extern "C" int32_t _native_sb_dvb_scan_maps_notify(SCAN_MAPS_CMD_T cmd, char* co
         XLOGI(" \n");
     }
     ScopedLocalRef<jintArray> intOutput(env, call.newOutput(SCAN_SITE, outputLen));
-    jobject javaConfig = static_cast<JINativeScanConfig*>(pv_tag)->getSbScanConfigObject();
+    jobject javaConfig = config->getSbScanConfigObject();
     env->CallVoidMethod(javaConfig, gFields.onScanMapCommandsId, static_cast<jint>(cmd),
                         call.country(), intInput.get(), intOutput.get());
     checkJavaException(env, SCAN_SITE, "onScanMapCommands");

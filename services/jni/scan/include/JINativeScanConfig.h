@@ -32,6 +32,16 @@ protected:
 };
 
 /*
+ * The configuration a scan-maps tag names, held for the call; null when the tag is null or
+ * names no configuration alive now (a builder the middleware refused to close may still ask
+ * with the tag of a configuration Java has released since). Every standard's configuration
+ * is counted among the live ones from its construction to its destruction.
+ */
+sp<JINativeScanConfig> scanConfigOfTag(void* tag);
+void addLiveScanConfig(JINativeScanConfig* config);
+void removeLiveScanConfig(JINativeScanConfig* config);
+
+/*
  * The parameter block of the standard, then what every standard's configuration holds after
  * it: a weak global reference to the Java config object, a global reference to its class,
  * and a spare word.
@@ -44,9 +54,11 @@ public:
 
 protected:
     ScanConfigPeer(JNIEnv* env, jobject obj, const ScanSite& site) : mBlock() {
+        addLiveScanConfig(this);
         mRefs.take(env, obj, site);
         SITE_LOG_RAW(site, BRINOVA_LOG_DEBUG, "native config create instance");
     }
+    ~ScanConfigPeer() override { removeLiveScanConfig(this); }
 
     /* Deletes both references on this thread (attached for it if need be). Returns false,
      * touching nothing, when there is no JavaVM: the caller then logs its own line and

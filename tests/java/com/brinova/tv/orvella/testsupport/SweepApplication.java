@@ -211,6 +211,11 @@ public final class SweepApplication {
         mObjectNames.add(name);
     }
 
+    /** The configuration the lifecycle of `standard` uses, made alone. */
+    public static ZelTvScanConfig configuration(String standard) {
+        return newConfig(standard);
+    }
+
     /**
      * The configuration an application makes for `standard`: "dvbt", "dvbc", "dtmb", "atsc",
      * "cqam", "isdb", "dvbs" (the operator configuration on ASTRA 19.2E), "dvbs install" (the
