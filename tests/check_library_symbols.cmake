@@ -1,8 +1,13 @@
-# The library is an ELF 32-bit shared object that exports JNI_OnLoad; the middleware's
-# functions are undefined in it and defined by the middleware library.
+# The library is an ELF 32-bit shared object for MACHINE (readelf's name, with FLAGS) that
+# exports JNI_OnLoad; the middleware's functions are undefined in it and defined by the
+# middleware library.
 execute_process(COMMAND readelf -h ${LIB} OUTPUT_VARIABLE header)
 if(NOT header MATCHES "Class:[ \t]+ELF32" OR NOT header MATCHES "Type:[ \t]+DYN")
   message(FATAL_ERROR "not an ELF32 shared object:\n${header}")
+endif()
+if(NOT MACHINE OR NOT header MATCHES "Machine:[ \t]+${MACHINE}\n"
+   OR NOT header MATCHES "Flags:[^\n]*${FLAGS}")
+  message(FATAL_ERROR "not built for '${MACHINE}' '${FLAGS}':\n${header}")
 endif()
 execute_process(COMMAND nm -D --defined-only ${LIB} OUTPUT_VARIABLE defined)
 if(NOT defined MATCHES " T JNI_OnLoad\n")

@@ -16,7 +16,7 @@ void installLogCapture();
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    GTEST_FLAG_SET(death_test_style, ORVELLA_DEATH_TEST_STYLE);
     harness::installLogCapture();
     if (!GTEST_FLAG_GET(list_tests)) {
         harness::startJvm(ORVELLA_TEST_CLASSPATH);
