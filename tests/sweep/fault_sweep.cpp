@@ -5,6 +5,7 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <fstream>
 #include <mutex>
@@ -73,6 +74,18 @@ int countOwnThreads() {
     }
     if (dir != nullptr) closedir(dir);
     return n;
+}
+
+// A thread the VM starts bears the process's name until it names itself, and the VM starts
+// compiler threads as its queue grows (often under an emulator): the fewest seen over a few
+// milliseconds. A thread that stays is counted by every sample.
+int settledOwnThreads() {
+    int fewest = countOwnThreads();
+    for (int i = 0; i < 5; ++i) {
+        usleep(2000);
+        fewest = std::min(fewest, countOwnThreads());
+    }
+    return fewest;
 }
 
 int countDescriptors() {
@@ -240,7 +253,7 @@ std::string Resources::describe() const {
 
 Resources measure() {
     Resources r;
-    r.threads = countOwnThreads();
+    r.threads = settledOwnThreads();
     r.descriptors = countDescriptors();
     r.globalRefs = countGlobalRefs();
     r.handles = zelsim::liveHandles();
@@ -278,7 +291,7 @@ Run runLifecycle(const Standard& standard, const MiddlewareCall* refuse) {
         gMarks.clear();
     }
     if (refuse != nullptr) zelsim::failNth(refuse->fn, refuse->nth, MWR_FAIL);
-    const int threadsBefore = countOwnThreads();
+    const int threadsBefore = settledOwnThreads();
     JNIEnv* env = harness::env();
     env->PushLocalFrame(32);
     jobject app = newApplication(standard);
