@@ -17,13 +17,13 @@ namespace {
 
 const BuilderKind kBuilderKinds[] = {
     {"sb_dvb", true, sizeof(SB_OPEN_DATA_T), sizeof(SB_DVB_SCAN_DATA_T)},
-    {"sb_dvbc", false, sizeof(SB_OPEN_DATA_T), 84},
+    {"sb_dvbc", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_DVBC_SCAN_DATA_T)},
     {"sb_dvbs", false, sizeof(SB_DVBS_OPEN_DATA_T), 780},
-    {"sb_cn_dvbc", false, sizeof(SB_OPEN_DATA_T), 84},
-    {"sb_dtmb", false, sizeof(SB_OPEN_DATA_T), 48},
-    {"sb_atsc", false, sizeof(SB_OPEN_DATA_T), 8},
-    {"sb_cqam", false, sizeof(SB_OPEN_DATA_T), 20},
-    {"sb_isdb", false, sizeof(SB_OPEN_DATA_T), 28},
+    {"sb_cn_dvbc", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_DVBC_SCAN_DATA_T)},
+    {"sb_dtmb", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_DTMB_SCAN_DATA_T)},
+    {"sb_atsc", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_ATSC_SCAN_DATA_T)},
+    {"sb_cqam", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_CQAM_SCAN_DATA_T)},
+    {"sb_isdb", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_ISDB_SCAN_DATA_T)},
 };
 
 // Handles are never reused, not even across reset(): the library may still hold one.

@@ -6,6 +6,7 @@
 #ifndef JI_NATIVE_SCAN_EXTENSION_H
 #define JI_NATIVE_SCAN_EXTENSION_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include <utils/RefBase.h>
@@ -28,6 +29,13 @@ public:
         return reinterpret_cast<JINativeScanExtension*>(
             static_cast<uintptr_t>(static_cast<uint32_t>(handle)));
     }
+
+#ifdef ORVELLA_RACE_CHECK
+    /* The race-checking build is x86-64: extensions live below 2 GiB, where the 32-bit
+     * address that their handle carries still reaches them. */
+    static void* operator new(size_t size);
+    static void operator delete(void* object);
+#endif
 
 protected:
     ~JINativeScanExtension() override = default;
