@@ -3,14 +3,42 @@
 
 #include "JINativeScanConfig.h"
 
+#include <stdint.h>
+
 #include <map>
 #include <mutex>
+#include <string>
+
+#include "x_mw_api.h"
 
 namespace android {
 
+size_t modifiedUtf8Prefix(const char* text, size_t max) {
+    const auto* b = reinterpret_cast<const uint8_t*>(text);
+    size_t valid = 0;
+    while (valid < max && b[valid] != 0) {
+        // 1 to 3 bytes per character; 4-byte forms are not modified UTF-8.
+        const size_t n = b[valid] < 0x80 ? 1 : (b[valid] & 0xE0) == 0xC0 ? 2 : (b[valid] & 0xF0) == 0xE0 ? 3 : 0;
+        if (n == 0 || valid + n > max) break;
+        size_t i = 1;
+        while (i < n && (b[valid + i] & 0xC0) == 0x80) ++i;
+        if (i < n) break;
+        valid += n;
+    }
+    return valid;
+}
+
+void copyCode(char (&field)[4], const char* text) {
+    x_strncpy(field, text, 3);
+    // A character cut by the third byte is dropped whole.
+    for (size_t i = modifiedUtf8Prefix(field, 3); i < sizeof(field); ++i) field[i] = '\0';
+}
+
 ScanMapsCall::ScanMapsCall(const ScanSite& site, const char* country)
     : mThread(site, ScopedJniThread::kSts) {
-    mCountry = env()->NewStringUTF(country);
+    // The builder's bytes: only whole characters reach Java.
+    const std::string valid(country, modifiedUtf8Prefix(country, SIZE_MAX));
+    mCountry = env()->NewStringUTF(valid.c_str());
 }
 
 ScanMapsCall::~ScanMapsCall() {

@@ -42,12 +42,15 @@ struct fields_t {
 fields_t gFields;
 
 // Progress of the running scan, shared by every engine of the process (as the builder
-// reports it, one scan at a time).
+// reports it, one scan at a time). Every engine's event thread and start() change them:
+// gProgressLock makes each update and its reading one step.
+std::mutex gProgressLock;
 int32_t gChannelCount = 0;
 int32_t gTransponderIndex = 0;
 int32_t gTransponderTotal = 0;
 
 void resetProgress() {
+    std::lock_guard<std::mutex> lock(gProgressLock);
     gChannelCount = 0;
     gTransponderIndex = 0;
     gTransponderTotal = 0;
@@ -381,16 +384,24 @@ void JScanEngine::deleteJavaObjects(JNIEnv* env) {
     mClass = nullptr;
 }
 
+std::list<int64_t> JScanEngine::extensionsSnapshot() {
+    std::lock_guard<std::mutex> lock(mExtensionListLock);
+    return mListExtension;
+}
+
+// Walks a copy: the hooks may run while another thread adds or removes (extensions are
+// never destroyed, so a removed one is still safe to call).
 template <typename Hook>
 void JScanEngine::walkExtensions(const ScanSite& site, const char* announce, Hook hook) {
-    if (mListExtension.empty()) {
+    const std::list<int64_t> extensions = extensionsSnapshot();
+    if (extensions.empty()) {
         SITE_LOGD(site, "mListExtension is empty.");
         return;
     }
     if (announce != nullptr) {
         SITE_LOGD(site, "%s", announce);
     }
-    for (int64_t handle : mListExtension) {
+    for (int64_t handle : extensions) {
         hook(JINativeScanExtension::fromHandle(handle));
     }
 }
@@ -398,7 +409,7 @@ void JScanEngine::walkExtensions(const ScanSite& site, const char* announce, Hoo
 void JScanEngine::preScanExtensions(const ScanSite& site, void* params) {
     // Tells the extensions whose block this is: a satellite extension writes only into the
     // satellite builder's.
-    PreScanBlock block(params, mScanConfig->getSbEbEngineName());
+    PreScanBlock block(params, mScanConfig.load()->getSbEbEngineName());
     walkExtensions(site, nullptr, [&](JINativeScanExtension* extension) {
         SITE_LOGD(site, "onPreScan to Extension = %p\n", extension);
         extension->onPreScan(params);
@@ -414,7 +425,7 @@ void JScanEngine::detachExtensions(const ScanSite& site) {
 }
 
 void JScanEngine::completeExtensions(const ScanSite& site) {
-    // Walked without mLock: Java does not add or remove extensions while a scan is ending.
+    // Without mLock, as every event: on a copy of the list.
     walkExtensions(site, nullptr, [&](JINativeScanExtension* extension) {
         SITE_LOGD(site, "Notify SB_REASON_COMPLETE to Extension = %p\n", extension);
         extension->onScanComplete(1);
@@ -423,18 +434,25 @@ void JScanEngine::completeExtensions(const ScanSite& site) {
 
 void JScanEngine::unregisterLists(const ScanSite& site, ListLog log) {
     struct Registration {
-        HANDLE_T* handle;
+        HANDLE_T handle;
         int32_t (*unregister)(HANDLE_T);
     };
-    const Registration lists[] = {{&mSvlNotifyHandler, c_svl_unreg_every_notify},
-                                  {&mTslNotifyHandler, c_tsl_unreg_every_notify},
-                                  {&mMwlNotifyHandler, c_nwl_unreg_every_notify}};
+    // Taken out at once: given up whatever the middleware answers.
+    const Registration lists[] = {{mSvlNotifyHandler, c_svl_unreg_every_notify},
+                                  {mTslNotifyHandler, c_tsl_unreg_every_notify},
+                                  {mMwlNotifyHandler, c_nwl_unreg_every_notify}};
+    mSvlNotifyHandler = mTslNotifyHandler = mMwlNotifyHandler = NULL_HANDLE;
+    // Unregistering waits for the list callbacks in progress, whose Java listeners may call
+    // any engine operation: close() waits for them without holding mLock. (The destructor
+    // has no such caller: a callback in progress holds a reference on the engine.)
+    const bool unlock = log == ListLog::kClose;
+    if (unlock) mLock.unlock();
     for (size_t i = 0; i < std::size(lists); ++i) {
-        if (*lists[i].handle == NULL_HANDLE) continue;
-        bool ok = lists[i].unregister(*lists[i].handle) == MWR_OK;
-        *lists[i].handle = NULL_HANDLE;  // given up whatever the middleware answered
+        if (lists[i].handle == NULL_HANDLE) continue;
+        bool ok = lists[i].unregister(lists[i].handle) == MWR_OK;
         logListUnregistered(site, static_cast<ListKind>(i), ok, log);
     }
+    if (unlock) mLock.lock();
 }
 
 void JScanEngine::logListUnregistered(const ScanSite& site, ListKind list, bool ok, ListLog log) {
@@ -480,13 +498,13 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
                               reinterpret_cast<x_sb_scan_maps_fct>(config->getSbScanMapsNotify()),
                               config) == MWR_OK) {
             mScanConfig = config;
-            BLOGD("register scan map.mScanConfig=%p", mScanConfig);
+            BLOGD("register scan map.mScanConfig=%p", mScanConfig.load());
         }
         return 0;
     }
 
     mScanConfig = config;
-    BLOGD("builderName=%s, mScanConfig = %p", builderName, mScanConfig);
+    BLOGD("builderName=%s, mScanConfig = %p", builderName, mScanConfig.load());
     BLOGD("svl,tsl,nwl reg ScanEngine=%p, mObject=%p", this, mObject);
     BLOGD("ds_handle = 0x%x, svlid=%d.pv_tag=%p", dataSource, svlId, this);
     int32_t status = registerLists(SCAN_SITE, static_cast<uint16_t>(svlId & 0xFFFF));
@@ -518,7 +536,7 @@ int32_t JScanEngine::configure(const char* builderName, JINativeScanConfig* conf
     BLOGI_RAW("%s builder open success, sb handler = 0x%x", builderName, mSBHandler);
     status = x_sb_reg_scan_map(builderName,
                                reinterpret_cast<x_sb_scan_maps_fct>(config->getSbScanMapsNotify()),
-                               mScanConfig);
+                               mScanConfig.load());
     x_mem_free(svlName);
     if (status != MWR_OK) {
         BLOGE(" set scan map failed");
@@ -550,11 +568,11 @@ int32_t JScanEngine::start() {
         BLOGE("ScanConfig is NULL, return error \n");
         return kBadValue;
     }
-    void* params = mScanConfig->getSbScanParams(0);
-    BLOGE("mScanConfig = %p\n", mScanConfig);
+    void* params = mScanConfig.load()->getSbScanParams(0);
+    BLOGE("mScanConfig = %p\n", mScanConfig.load());
     BLOGD("ScanEngine=%p, mobject=%p", this, mObject);
     preScanExtensions(SCAN_SITE, params);
-    int ret = mScanConfig->checkScanMaps();
+    int ret = mScanConfig.load()->checkScanMaps();
     if (ret != 0) {
         BLOGE("checkScanMaps failed,ret=%d\n", ret);
         return kRefused;
@@ -567,7 +585,7 @@ int32_t JScanEngine::start() {
         return kRefused;
     }
     BLOGE("onStatus scan start \n");
-    mScanConfig->onStatus(1);
+    mScanConfig.load()->onStatus(1);
     BLOGE("start scan success \n");
     mState = STATE_SCANNING;
     return 0;
@@ -584,7 +602,7 @@ int32_t JScanEngine::cancel() {
     BLOGD("ScanEngine=%p, mobject=%p", this, mObject);
     if (mScanConfig != nullptr) {
         BLOGD("onStatus cancel \n");
-        mScanConfig->onStatus(0);
+        mScanConfig.load()->onStatus(0);
     }
     BLOGE("scan cancel success \n");
     mState = STATE_CANCELLED;
@@ -620,7 +638,10 @@ int32_t JScanEngine::addExtension(int64_t handle) {
         return kBadValue;
     }
     // No duplicate check: an extension added twice gets every hook twice.
-    mListExtension.push_back(handle);
+    {
+        std::lock_guard<std::mutex> list(mExtensionListLock);
+        mListExtension.push_back(handle);
+    }
     JINativeScanExtension* extension = JINativeScanExtension::fromHandle(handle);
     BLOGD("addExtension %p ", extension);
     if (mSBHandler != NULL_HANDLE) {
@@ -632,9 +653,11 @@ int32_t JScanEngine::addExtension(int64_t handle) {
 
 int32_t JScanEngine::removeExtension(int64_t handle) {
     Mutex::Autolock lock(mLock);
+    std::unique_lock<std::mutex> list(mExtensionListLock);
     for (auto it = mListExtension.begin(); it != mListExtension.end(); ++it) {
         if (*it == handle) {
             mListExtension.erase(it);
+            list.unlock();
             BLOGE("find and remove extension=0x%llx ", static_cast<long long>(handle));
             if (mSBHandler != NULL_HANDLE) {
                 JINativeScanExtension::fromHandle(handle)->detach(mSBHandler);
@@ -653,15 +676,15 @@ int32_t JScanEngine::startMonitor() {
         BLOGE("ScanConfig is NULL, return error \n");
         return kBadValue;
     }
-    BLOGE("mScanConfig = %p\n", mScanConfig);
-    void* params = mScanConfig->getSbScanParams(0);
+    BLOGE("mScanConfig = %p\n", mScanConfig.load());
+    void* params = mScanConfig.load()->getSbScanParams(0);
     if (params == nullptr) {
         BLOGE("pScanData is NULL, return error \n");
         return kBadValue;
     }
     preScanExtensions(SCAN_SITE, params);
-    const char* name = mScanConfig->getSbEbEngineName();
-    int ret = mScanConfig->checkScanMaps();
+    const char* name = mScanConfig.load()->getSbEbEngineName();
+    int ret = mScanConfig.load()->checkScanMaps();
     if (ret != 0) {
         BLOGE("checkScanMaps failed,ret=%d\n", ret);
         return kRefused;
@@ -680,7 +703,7 @@ int32_t JScanEngine::startMonitor() {
         }
     }
     BLOGE("onStatus Running \n");
-    mScanConfig->onStatus(1);
+    mScanConfig.load()->onStatus(1);
     BLOGE("start Monitor success \n");
     mState = STATE_MONITORING;
     return 0;
@@ -697,7 +720,7 @@ int32_t JScanEngine::stopMonitor() {
     }
     if (mScanConfig != nullptr) {
         BLOGD("onStatus stopMonitor \n");
-        mScanConfig->onStatus(0);
+        mScanConfig.load()->onStatus(0);
     }
     BLOGE("stop Monitor success \n");
     mState = STATE_SCAN_ENDED;
@@ -768,29 +791,30 @@ void* JScanEngine::sbEventThreadFunc(void* arg) {
     return nullptr;
 }
 
-// The transponder step of a progress event: the index goes up by one but stops at the total.
-void JScanEngine::advanceProgress(uint32_t reason, uint32_t data) {
+// Counts the event into the shared counters (the transponder index goes up by one but stops
+// at the total) and gives the channel count and the percentage it makes.
+JScanEngine::Progress JScanEngine::progressOf(uint32_t reason, uint32_t data) {
+    JINativeScanConfig* config = mScanConfig.load();
+    std::lock_guard<std::mutex> lock(gProgressLock);
+    if (config == nullptr) return Progress{gChannelCount, 0};
     gChannelCount += static_cast<int32_t>(data & 0xFFFF);
     if (reason & SB_REASON_PROGRESS) {
         gTransponderTotal = static_cast<int32_t>((data >> 16) & 0x7FFF);
         gTransponderIndex =
             gTransponderIndex >= gTransponderTotal ? gTransponderTotal : gTransponderIndex + 1;
     }
-}
-
-int32_t JScanEngine::progressOf(uint32_t reason, uint32_t data) {
-    if (mScanConfig == nullptr) return 0;
-    advanceProgress(reason, data);
-    const char* name = mScanConfig->getSbEbEngineName();
+    const char* name = config->getSbEbEngineName();
     if (x_strncmp(name, "sb_dvbc", 7) == 0 || x_strncmp(name, "sb_cn_dvbc", 10) == 0) {
-        return static_cast<int32_t>((data >> 16) & 0x7FFF);  // the builder's own percentage
+        return Progress{gChannelCount, static_cast<int32_t>((data >> 16) & 0x7FFF)};
     }
     if (x_strncmp(name, "sb_dvbs", 7) == 0) {
-        return static_cast<int32_t>(data >> 16);
+        return Progress{gChannelCount, static_cast<int32_t>(data >> 16)};
     }
-    if (gTransponderTotal == 0) return 0;
-    if (gTransponderTotal == -1) return -(100 * gTransponderIndex);  // kept as it always was
-    return 100 * gTransponderIndex / gTransponderTotal;
+    if (gTransponderTotal == 0) return Progress{gChannelCount, 0};
+    if (gTransponderTotal == -1) {
+        return Progress{gChannelCount, -(100 * gTransponderIndex)};  // kept as it always was
+    }
+    return Progress{gChannelCount, 100 * gTransponderIndex / gTransponderTotal};
 }
 
 void JScanEngine::sbEventThreadLoop() {
@@ -824,9 +848,10 @@ void JScanEngine::sbEventThreadLoop() {
 
 // One builder event at the front of the queue, on the event thread (logged at the loop's site).
 void JScanEngine::handleEvent(const ScanSite& site, const SB_EVENT& event) {
-    if (mScanConfig != nullptr && isScanEnd(event.reason)) {
+    JINativeScanConfig* config = mScanConfig.load();
+    if (config != nullptr && isScanEnd(event.reason)) {
         SITE_LOGD(site, "onStatus stopped \n");
-        mScanConfig->onStatus(0);
+        config->onStatus(0);
         mState = STATE_SCAN_ENDED;
     }
     if (javaVM == nullptr) {
@@ -856,10 +881,10 @@ void JScanEngine::deliverScanEnd(const ScanSite& site, JNIEnv* env, uint32_t rea
 void JScanEngine::deliverProgress(const ScanSite& site, JNIEnv* env, const SB_EVENT& event) {
     if (gFields.onScanStatusEventID == nullptr) return;
     SITE_LOGD(site, "SB_REASON_PROGRESS\n");
-    int32_t progress = progressOf(event.reason, event.data);
-    env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 1, gChannelCount, progress);
+    const Progress progress = progressOf(event.reason, event.data);
+    env->CallVoidMethod(mObject, gFields.onScanStatusEventID, 1, progress.channels, progress.percent);
     checkJavaException(env, site, "OnScanStatusEvent");
-    SITE_LOGD(site, "progress = %d, channel=%d\n", progress, gChannelCount);
+    SITE_LOGD(site, "progress = %d, channel=%d\n", progress.percent, progress.channels);
 }
 
 void JScanEngine::deliverFrequency(const ScanSite& site, JNIEnv* env, uint32_t frequency) {

@@ -320,10 +320,8 @@ jint com_brinova_tv_orvella_scan_native_setup(JNIEnv* env, jobject thiz, jobject
     if (block.e_svc_update_type == 0) {
         BLOGD_LINE(" un-implement update type.");
     }
-    x_strncpy(block.t_country_code, countryChars.c_str(), 3);
-    block.t_country_code[3] = '\0';
-    x_strncpy(block.t_ui_lang, languageChars.c_str(), 3);
-    block.t_ui_lang[3] = '\0';
+    copyCode(block.t_country_code, countryChars.c_str());
+    copyCode(block.t_ui_lang, languageChars.c_str());
     block.pf_svc_update_nfy = _native_sb_service_update_notify;
     block.pv_svc_update_nfy_tag = config->javaObject();
 

@@ -94,6 +94,15 @@ protected:
 };
 
 /*
+ * Bytes of `text` (up to its NUL, at most `max`) that form whole characters of modified
+ * UTF-8, which NewStringUTF requires (Android's CheckJNI aborts on anything else).
+ */
+size_t modifiedUtf8Prefix(const char* text, size_t max);
+
+/* A three-letter code into a 4-byte field: at most 3 bytes, never part of a character. */
+void copyCode(char (&field)[4], const char* text);
+
+/*
  * The common frame of a scan-maps callback once the tag is known: the thread's JNIEnv
  * (attached here when needed, detached when the call ends), the country string and the
  * int arrays handed to Java's onScanMapCommands.

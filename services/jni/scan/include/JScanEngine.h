@@ -92,10 +92,16 @@ private:
     void deliverScanEnd(const ScanSite& site, JNIEnv* env, uint32_t reason);
     void deliverProgress(const ScanSite& site, JNIEnv* env, const SB_EVENT& event);
     void deliverFrequency(const ScanSite& site, JNIEnv* env, uint32_t frequency);
-    void advanceProgress(uint32_t reason, uint32_t data);
-    int32_t progressOf(uint32_t reason, uint32_t data);
+    /* Services found and percent done after one progress event. */
+    struct Progress {
+        int32_t channels;
+        int32_t percent;
+    };
+    Progress progressOf(uint32_t reason, uint32_t data);
+    std::list<int64_t> extensionsSnapshot();
 
-    JINativeScanConfig* mScanConfig = nullptr;
+    /* Written under mLock, read by the event thread without it. */
+    std::atomic<JINativeScanConfig*> mScanConfig{nullptr};
     Mutex mLock;
     int32_t mInitStatus = 0;
     std::atomic<int32_t> mState{STATE_NO_BUILDER};
@@ -108,6 +114,9 @@ private:
     HANDLE_T mPipelineHandle = NULL_HANDLE;
     jobject mPipelineObject = nullptr;
     std::list<int64_t> mListExtension;
+    /* Guards mListExtension itself: the event thread walks a copy taken under it, so that
+     * Java may add and remove extensions (under mLock) at any time. */
+    std::mutex mExtensionListLock;
     SbEventQueue mEventQueue;
     std::mutex mEventQueueLock;  // the queue is shared by the builder's threads and ours
     std::atomic<pthread_t> mSbEventThread{0};

@@ -158,7 +158,11 @@ jint extensionCall(JNIEnv* env, jintArray array, const ScanSite& site,
     if (!call.accepted()) {
         return 0;
     }
-    return call.finish((call.template extension<Extension>()->*operation)(call));
+    Extension* extension = call.template extension<Extension>();
+    if (extension == nullptr) {
+        return call.finish(kExtensionFailed);  // a zero handle names no item
+    }
+    return call.finish((extension->*operation)(call));
 }
 
 /* x_strlen of a name field of `capacity` bytes that may lack its terminator. */

@@ -29,7 +29,8 @@ import java.util.Objects;
  *
  * <p>Threads: operations may be called from any thread and are serialised by the native
  * engine. Status events arrive in order on the engine's own event thread; list updates
- * arrive on builder threads. Listener methods must not {@link #release} the engine.
+ * arrive on builder threads. Listener methods may call any operation but {@link #release}
+ * (a list listener even while {@link #close} waits for it to return).
  */
 public class ZelTvScanEngine {
     static {
