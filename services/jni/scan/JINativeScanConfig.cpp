@@ -29,6 +29,7 @@ size_t modifiedUtf8Prefix(const char* text, size_t max) {
 }
 
 void copyCode(char (&field)[4], const char* text) {
+    x_memset(field, 0, sizeof(field));
     x_strncpy(field, text, 3);
     // A character cut by the third byte is dropped whole.
     for (size_t i = modifiedUtf8Prefix(field, 3); i < sizeof(field); ++i) field[i] = '\0';

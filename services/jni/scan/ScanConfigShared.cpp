@@ -27,12 +27,6 @@ SettingText::~SettingText() {
     if (mString != nullptr) mEnv->DeleteLocalRef(mString);
 }
 
-void copyCode(char (&to)[4], const char* from) {
-    x_memset(to, 0, sizeof(to));
-    x_strncpy(to, from, 3);
-    to[3] = '\0';
-}
-
 namespace {
 
 // Length of the valid modified UTF-8 sequence at s[0..n), or 0 when it is not one. Four-byte

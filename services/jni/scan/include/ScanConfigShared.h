@@ -34,8 +34,7 @@ private:
     const char* mChars = nullptr;
 };
 
-/* The first three characters of `from` and a terminating 0, the rest of `to` cleared. */
-void copyCode(char (&to)[4], const char* from);
+
 
 /*
  * A text of a builder record for NewStringUTF: the bytes of `from` up to its 0 or its
