@@ -1,8 +1,5 @@
 #include "scan_test_util.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 namespace scantest {
@@ -128,24 +125,30 @@ bool threadAttached() {
     return harness::vm()->GetEnv(reinterpret_cast<void**>(&e), JNI_VERSION_1_4) == JNI_OK;
 }
 
-std::string assertionIn(const std::function<void()>& fatal) {
-    int fds[2];
-    if (pipe(fds) != 0) return "";
-    pid_t child = fork();
-    if (child == 0) {
-        close(fds[0]);
-        dup2(fds[1], STDERR_FILENO);
-        fatal();
-        _exit(0);
-    }
-    close(fds[1]);
-    std::string printed;
-    char buf[512];
-    for (ssize_t n; (n = read(fds[0], buf, sizeof(buf))) > 0;) printed.append(buf, n);
-    close(fds[0]);
-    waitpid(child, nullptr, 0);
+std::string assertionLine(const std::string& printed) {
     size_t at = printed.find("cond=<");
     return at == std::string::npos ? "" : printed.substr(at, printed.find('\n', at) - at);
+}
+
+namespace {
+
+class AssertionPrinted : public ::testing::MatcherInterface<const std::string&> {
+public:
+    explicit AssertionPrinted(std::string* line) : mLine(line) {}
+    bool MatchAndExplain(const std::string& printed, ::testing::MatchResultListener*) const override {
+        *mLine = assertionLine(printed);
+        return !mLine->empty();
+    }
+    void DescribeTo(std::ostream* os) const override { *os << "prints an assertion (cond=<...>)"; }
+
+private:
+    std::string* mLine;
+};
+
+}  // namespace
+
+::testing::Matcher<const std::string&> assertionPrinted(std::string* line) {
+    return ::testing::MakeMatcher(new AssertionPrinted(line));
 }
 
 }  // namespace scantest

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <jni.h>
 
 #include "JINativeScanConfig.h"
@@ -30,9 +31,10 @@ void setCheckResult(jobject config, int result);
 std::vector<int> lastInput(jobject config);
 int lastOutputLength(jobject config);
 
-// Runs `fatal` in a child process and returns what its assertion printed, from "cond=<" to
-// the end of the line; empty when the child ended without asserting.
-std::string assertionIn(const std::function<void()>& fatal);
+// What an assertion printed, from "cond=<" to the end of its line; empty when none did.
+std::string assertionLine(const std::string& printed);
+// A death test's matcher: the child asserted; its assertion line is kept in `line`.
+::testing::Matcher<const std::string&> assertionPrinted(std::string* line);
 
 // Whether the calling thread is attached to the VM.
 bool threadAttached();
