@@ -92,6 +92,21 @@ TEST_F(TerrestrialTest, FavouriteNetwork) {
     scan(nullptr, 2);
     EXPECT_EQ(decisions().size(), 1u);
     EXPECT_EQ(call(fav, "nativeGetFavNetwork", {0}, &out), -6);
+
+    // A list that counts a record no id gives (every read refused): the walk tries each
+    // 16-bit id once, ending with 0 after the wrap, and the scan ends without a choice.
+    load(R"({"scan": [{"end": 1}], "keys": {"nwl": {"handle": 7, "records": [
+        {"rec_id": 1, "flags": 2, "name": "Unreadable"}]}}})");
+    zelsim::failNext("x_nwl_get_rec", MWR_NOT_FOUND, -1);
+    zelsim::clearCalls();
+    scan(nullptr, 3);
+    zelsim::clearFailures();
+    std::vector<zelsim::Call> reads = zelsim::calls("x_nwl_get_rec");
+    ASSERT_EQ(reads.size(), 0x10000u);
+    EXPECT_EQ(reads.front().args[1], 1);
+    EXPECT_EQ(reads[0xFFFE].args[1], 0xFFFF);
+    EXPECT_EQ(reads.back().args[1], 0);
+    EXPECT_EQ(decisions().size(), 1u);
 }
 
 TEST_F(TerrestrialTest, LcnConflict) {

@@ -92,7 +92,11 @@ bool NativeZelTvFavNetwork::_dvbt_ui_op_need_before_scan_end_NOR() {
     }
     uint16_t count = 0;
     uint16_t processed = 0;
-    for (uint16_t id = 1; processed < recordCount; ++id) {
+    // Each 16-bit id is tried once at most (1 to 65535, then 0 as the id wraps): a list that
+    // counts more records than its ids give (two records under one id) ends the walk there
+    // instead of going round for ever.
+    uint32_t tried = 0;
+    for (uint16_t id = 1; processed < recordCount && tried <= 0xFFFF; ++id, ++tried) {
         if (x_nwl_get_rec(nwl, id, &record, &version) != MWR_OK) {
             continue;  // a missing id is not counted
         }
