@@ -59,7 +59,7 @@ private:
     // The candidate walk; true when the user must choose.
     bool _dvbt_ui_op_need_before_scan_end_NOR();
 
-    uint32_t mBuilderHandle = 0;
+    BuilderHandle mBuilderHandle{0};
     FavNetworkCandidate* mCandidates = nullptr;
     uint32_t mCandidateCount = 0;  // 16-bit count
     ExtensionPeer mPeer;

@@ -49,7 +49,7 @@ protected:
     ~NativeZelTvLcnConflict() override = default;
 
 private:
-    uint32_t mBuilderHandle = 0;
+    BuilderHandle mBuilderHandle{0};
     ExtensionPeer mPeer;
 };
 

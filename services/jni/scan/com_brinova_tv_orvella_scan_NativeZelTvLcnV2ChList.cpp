@@ -49,7 +49,7 @@ private:
     void _dvbt_set_selected_lcnv2_chlist();
     void _ui_op_need_before_scan_end_LCNv2();
 
-    uint32_t mBuilderHandle = 0;
+    BuilderHandle mBuilderHandle{0};
     uint8_t mPreselected = 0;
     uint8_t mPreselectedId = 0;
     ExtensionPeer mPeer;

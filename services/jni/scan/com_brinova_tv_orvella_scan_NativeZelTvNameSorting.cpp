@@ -61,7 +61,7 @@ private:
         return mEntries != nullptr ? &mEntries[index] : nullptr;
     }
 
-    uint32_t mBuilderHandle = 0;
+    BuilderHandle mBuilderHandle{0};
     uint32_t mEntryCount = 0;
     SB_NAME_SORTING_ENTRY_T* mEntries = nullptr;
     JavaPeerRefs mRefs;

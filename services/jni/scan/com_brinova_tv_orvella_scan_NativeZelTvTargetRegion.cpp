@@ -65,7 +65,7 @@ private:
     // The region fetch; true when at least one region came (the user must choose).
     bool _dvbt_ui_op_need_before_scan_end_UK();
 
-    uint32_t mBuilderHandle = 0;
+    BuilderHandle mBuilderHandle{0};
     SB_REGION_KEY_T mSelectedRegion{};
     SB_REGION_REC_T* mRegions = nullptr;
     uint16_t mRegionCount = 0;

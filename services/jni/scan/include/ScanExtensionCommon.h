@@ -11,6 +11,7 @@
 #include <stdint.h>
 
 #include <array>
+#include <atomic>
 #include <functional>
 #include <initializer_list>
 
@@ -24,6 +25,10 @@ namespace android {
 
 /* Element 0 of an extension's int[]: the item does not exist, or the builder refused. */
 constexpr jint kExtensionFailed = -6;
+
+// An extension's builder handle: set by attach and detach on Java threads (close() among
+// them, which may run while the scan ends), read by the hooks on builder and event threads.
+using BuilderHandle = std::atomic<uint32_t>;
 /* The longest int[] an extension native accepts unless its class says otherwise. */
 constexpr jsize kExtensionArrayLimit = 50;
 
