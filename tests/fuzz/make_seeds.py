@@ -318,3 +318,29 @@ write('dvbs_config_fuzz', 'notification-limits',
       u8(4) + u8(1) + bytes(24) + u8(4) + u8(2) + u32(1) * 6 + u8(5) + u8(1) + bytes(78) + u8(5) + u8(2) + bytes(78)
       + u8(6) + u8(2) + bytes(6)
       + u8(7) + u8(0) + category_list([b'C' * 130] * 30, count=65535))
+# config_settings: standard (0 DVB-T, 1 DVB-C, 2 DTMB, 3 ATSC, 4 clear QAM, 5 ISDB); per
+# String field a shape byte (units << 4 | 1; 0 for null) and its UTF-16 units; per int field
+# 32 bits; for DTMB a byte whose bit 0 makes the scan type null.
+def settings_text(text):
+    if text is None:
+        return u8(0)
+    units = text.encode('utf-16-le', 'surrogatepass')
+    return u8((len(units) // 2) << 4 | 1) + units
+
+
+def settings(standard, texts, numbers, null_scan_type=None):
+    data = u8(standard) + b''.join(settings_text(t) for t in texts) + b''.join(u32(n) for n in numbers)
+    return data + (u8(1 if null_scan_type else 0) if null_scan_type is not None else b'')
+
+
+write('config_settings_fuzz', 'dvbt', settings(0, ['GBR', 'eng'], [1, 2]))
+write('config_settings_fuzz', 'dvbt-cut-characters', settings(0, ['GB\u00c5', '\u00e6\u00f8'], [5, 1]))
+write('config_settings_fuzz', 'dvbt-null-country', settings(0, [None, 'eng'], [1, 1]))
+write('config_settings_fuzz', 'dvbc', settings(1, ['AUT', 'deu'], [33, 4, 306000000, 0x0A01, 1]))
+write('config_settings_fuzz', 'dvbc-china', settings(1, ['CHN', 'chi'], [0, 1, 0, 0xFFFFFFFF, 2]))
+write('config_settings_fuzz', 'dtmb', settings(2, ['CHN', 'chi'], [0, 0, 1], False))
+write('config_settings_fuzz', 'dtmb-null-scan-type', settings(2, ['CHN', '\ud83d\ude00'], [474000, 1, 1], True))
+write('config_settings_fuzz', 'atsc', settings(3, ['USA'], [1, 2, 69]))
+write('config_settings_fuzz', 'cqam', settings(4, ['USA'], [1, 1, 135, 3, 0]))
+write('config_settings_fuzz', 'isdb', settings(5, ['BRA'], [1, 14, 69]))
+write('config_settings_fuzz', 'isdb-lone-surrogate', settings(5, ['\ud800BR'], [2, 0, 0]))
