@@ -15,6 +15,10 @@
 #include "jvm_boot.h"
 #include "zel_sim.h"
 
+// The JDK's jvmti.h includes its own jni.h; the platform's is already in.
+#define _JAVASOFT_JNI_H_
+#include ORVELLA_JVMTI_H
+
 namespace harness {
 
 namespace {
@@ -209,6 +213,39 @@ jmethodID methodOf(jobject obj, const char* name, const char* sig) {
     std::string thrown = exceptionText(gEnv);
     EXPECT_NE(m, nullptr) << name << sig << " " << thrown;
     return m;
+}
+
+namespace {
+
+jvmtiEnv* jvmti() {
+    static jvmtiEnv* env = [] {
+        jvmtiEnv* e = nullptr;
+        if (gVm->GetEnv(reinterpret_cast<void**>(&e), JVMTI_VERSION_1_2) != JNI_OK) {
+            return static_cast<jvmtiEnv*>(nullptr);
+        }
+        jvmtiCapabilities caps{};
+        caps.can_tag_objects = 1;
+        return e->AddCapabilities(&caps) == JVMTI_ERROR_NONE ? e : nullptr;
+    }();
+    return env;
+}
+
+jint JNICALL countGlobalRoot(jvmtiHeapReferenceKind kind, const jvmtiHeapReferenceInfo*, jlong,
+                             jlong, jlong, jlong*, jlong*, jint, void* count) {
+    if (kind == JVMTI_HEAP_REFERENCE_JNI_GLOBAL) ++*static_cast<int*>(count);
+    return 0;  // roots only: nothing behind them is visited
+}
+
+}  // namespace
+
+int jniGlobalRefCount() {
+    jvmtiEnv* e = jvmti();
+    if (e == nullptr) return -1;
+    jvmtiHeapCallbacks callbacks{};
+    callbacks.heap_reference_callback = countGlobalRoot;
+    int count = 0;
+    return e->FollowReferences(0, nullptr, nullptr, &callbacks, &count) == JVMTI_ERROR_NONE ? count
+                                                                                          : -1;
 }
 
 void collectGarbage() {

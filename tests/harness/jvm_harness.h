@@ -83,6 +83,9 @@ jobject callObject(jobject obj, jmethodID method, ...);
 jmethodID methodOf(jobject obj, const char* name, const char* sig);
 // Forces a few full collections and finalisation.
 void collectGarbage();
+// The VM's JNI global references (strong ones: roots of the heap), or -1 when JVMTI cannot
+// count them.
+int jniGlobalRefCount();
 
 // Base fixture: fresh logs and simulator, all levels logged, and by the end of the test no
 // CheckJNI warning and no line that names a lambda ("operator()") as its function.

@@ -20,10 +20,6 @@
 #include "scan_test_util.h"
 #include "zel_sim.h"
 
-// The JDK's jvmti.h includes its own jni.h; the platform's is already in.
-#define _JAVASOFT_JNI_H_
-#include ORVELLA_JVMTI_H
-
 namespace sweep {
 
 namespace {
@@ -96,35 +92,6 @@ int countDescriptors() {
     }
     if (dir != nullptr) closedir(dir);
     return n - 1;  // the directory stream itself
-}
-
-jvmtiEnv* jvmti() {
-    static jvmtiEnv* env = [] {
-        jvmtiEnv* e = nullptr;
-        if (harness::vm()->GetEnv(reinterpret_cast<void**>(&e), JVMTI_VERSION_1_2) != JNI_OK) {
-            return static_cast<jvmtiEnv*>(nullptr);
-        }
-        jvmtiCapabilities caps{};
-        caps.can_tag_objects = 1;
-        return e->AddCapabilities(&caps) == JVMTI_ERROR_NONE ? e : nullptr;
-    }();
-    return env;
-}
-
-jint JNICALL countGlobalRoot(jvmtiHeapReferenceKind kind, const jvmtiHeapReferenceInfo*, jlong,
-                             jlong, jlong, jlong*, jlong*, jint, void* count) {
-    if (kind == JVMTI_HEAP_REFERENCE_JNI_GLOBAL) ++*static_cast<int*>(count);
-    return 0;  // roots only: nothing behind them is visited
-}
-
-int countGlobalRefs() {
-    jvmtiEnv* e = jvmti();
-    if (e == nullptr) return -1;
-    jvmtiHeapCallbacks callbacks{};
-    callbacks.heap_reference_callback = countGlobalRoot;
-    int count = 0;
-    return e->FollowReferences(0, nullptr, nullptr, &callbacks, &count) == JVMTI_ERROR_NONE ? count
-                                                                                          : -1;
 }
 
 // Ends the process when a run does not come back, naming what it refused.
@@ -255,7 +222,7 @@ Resources measure() {
     Resources r;
     r.threads = settledOwnThreads();
     r.descriptors = countDescriptors();
-    r.globalRefs = countGlobalRefs();
+    r.globalRefs = harness::jniGlobalRefCount();
     r.handles = zelsim::liveHandles();
     r.allocations = zelsim::liveAllocations();
     r.registrations = zelsim::listRegistrations("svl") + zelsim::listRegistrations("tsl") +

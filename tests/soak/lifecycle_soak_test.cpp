@@ -1,7 +1,8 @@
 // Many whole lifecycles through the Java API (engine, configuration, configure, the same
-// extensions added again, scan, close, release): threads, file descriptors and everything
-// the middleware holds for the library end where they started, and the Java objects of
-// each round can be collected. ORVELLA_SOAK_ROUNDS sets the number of rounds (200).
+// extensions added again, scan, close, release): threads, file descriptors, JNI global
+// references and everything the middleware holds for the library end where they started,
+// and the Java objects of each round can be collected. ORVELLA_SOAK_ROUNDS sets the number
+// of rounds (200); the test has the CTest label "soak".
 #include <dirent.h>
 #include <stdlib.h>
 
@@ -27,9 +28,10 @@ size_t entries(const char* dir) {
 
 struct Counts {
     size_t threads, fds, handles, allocations, registrations, builders;
+    int globalRefs;
     // No growth: the first round's event thread may still have been ending when counted.
     bool noMoreThan(const Counts& o) const {
-        return threads <= o.threads && fds == o.fds && handles == o.handles &&
+        return threads <= o.threads && fds == o.fds && globalRefs == o.globalRefs && handles == o.handles &&
                allocations == o.allocations && registrations == o.registrations && builders == o.builders;
     }
 };
@@ -39,11 +41,11 @@ Counts counts() {
                   zelsim::liveAllocations(),
                   zelsim::listRegistrations("svl") + zelsim::listRegistrations("tsl") +
                       zelsim::listRegistrations("nwl"),
-                  zelsim::openBuilders()};
+                  zelsim::openBuilders(), harness::jniGlobalRefCount()};
 }
 
 std::ostream& operator<<(std::ostream& os, const Counts& c) {
-    return os << "threads " << c.threads << ", fds " << c.fds << ", handles " << c.handles << ", allocations "
+    return os << "threads " << c.threads << ", fds " << c.fds << ", JNI global refs " << c.globalRefs << ", handles " << c.handles << ", allocations "
               << c.allocations << ", list registrations " << c.registrations << ", builders " << c.builders;
 }
 
@@ -86,6 +88,14 @@ TEST_F(LifecycleSoak, RoundsLeaveEveryCountFlat) {
     for (jobject w : weak) env_->DeleteWeakGlobalRef(w);
     harness::collectGarbage();
     const Counts before = counts();
+    ASSERT_GT(before.globalRefs, 0) << "JVMTI did not count the VM's JNI global references";
+    {
+        // The count sees the library's own references: a live engine holds global ones.
+        scantest::Engine probe = scantest::Engine::create();
+        EXPECT_GT(harness::jniGlobalRefCount(), before.globalRefs);
+        ASSERT_EQ(call(probe.object, "release"), 0);
+        for (jobject local : {probe.object, probe.pipeline, probe.listener}) env_->DeleteLocalRef(local);
+    }
     for (int i = 0; i < rounds && !HasFatalFailure(); ++i) {
         round(extension, weak);
         if (i + 1 < rounds) {
