@@ -17,7 +17,7 @@ typedef int32_t (*x_sb_dtmb_scan_maps_fct)(DTMB_SCAN_MAPS_CMD_T e_cmd, char* ps_
 #define SB_DTMB_SCAN_MODE_MANUAL ((uint32_t)6)
 
 /* Service-update notification data. */
-typedef struct _SB_DTMB_SVC_UPDATE_NFY_DATA {
+typedef struct _SB_DTMB_SVC_UPDATE_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint16_t ui2_num_added;
     uint16_t ui2_num_deleted;
 } SB_DTMB_SVC_UPDATE_NFY_DATA_T;

@@ -7,7 +7,7 @@
 X_MW_EXTERN_C_BEGIN
 
 /* Service-update notification data. */
-typedef struct _SB_DVB_SVC_UPDATE_NFY_DATA {
+typedef struct _SB_DVB_SVC_UPDATE_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint16_t ui2_num_added;
     uint16_t ui2_num_deleted;
 } SB_DVB_SVC_UPDATE_NFY_DATA_T;

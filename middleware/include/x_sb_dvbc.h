@@ -20,7 +20,7 @@ typedef int32_t (*x_sb_dvbc_scan_maps_fct)(DVBC_SCAN_MAPS_CMD_T e_cmd, char* ps_
                                            uint32_t* pz_output_len, void* pv_tag);
 
 /* Service-update notification data. */
-typedef struct _SB_DVBC_SVC_UPDATE_NFY_DATA {
+typedef struct _SB_DVBC_SVC_UPDATE_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint16_t ui2_num_added;
     uint16_t ui2_num_deleted;
 } SB_DVBC_SVC_UPDATE_NFY_DATA_T;
@@ -40,7 +40,7 @@ typedef void (*x_sb_dvbc_svc_update_nfy_fct)(struct _SB_DVBC_SVC_UPDATE_NFY_DATA
 #define SB_DVBC_NW_NAME_LEN 33
 
 /* Scanning notification data. */
-typedef struct _SB_DVBC_SCANNING_NFY_DATA {
+typedef struct _SB_DVBC_SCANNING_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     int32_t e_nfy_type;        /* 0 */
     char    t_country[4];      /* 4: three letters and a NUL */
     int32_t t_operator_name;   /* 8 */

@@ -148,7 +148,7 @@ X_MW_CHECK_OFFSET(SB_DVBS_SAT_TP_SHORT_T, ui4_sym_rate, 12);
 X_MW_CHECK_OFFSET(SB_DVBS_SAT_TP_SHORT_T, e_pol, 16);
 
 /* Service-update notification: services added and deleted per kind. */
-typedef struct _SB_DVBS_SVC_UPDATE_NFY_DATA {
+typedef struct _SB_DVBS_SVC_UPDATE_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint32_t ui4_tv_add;     /* 0 */
     uint32_t ui4_tv_del;     /* 4 */
     uint32_t ui4_radio_add;  /* 8 */
@@ -163,7 +163,7 @@ X_MW_CHECK_OFFSET(SB_DVBS_SVC_UPDATE_NFY_DATA_T, ui4_app_del, 20);
 /* Satellite-name notification: the orbit slot found, and for the detections the name and
  * the signal level. */
 #define SB_SAT_NAME_NFY_NAME_SIZE 70
-typedef struct _SB_SAT_NAME_NFY_DATA {
+typedef struct _SB_SAT_NAME_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint16_t ui2_sat_id;                         /* 0 */
     uint16_t ui2_sat_rec_id;                     /* 2 */
     int16_t  i2_orbit;                           /* 4: tenths of a degree, east positive */
@@ -179,7 +179,7 @@ X_MW_CHECK_OFFSET(SB_SAT_NAME_NFY_DATA_T, ui2_signal_level, 76);
 /* TKGS category list: a count, then up to 30 names of 130 bytes each. */
 #define DVBS_TKGS_CATEGORY_MAX       30
 #define DVBS_TKGS_CATEGORY_NAME_SIZE 130
-typedef struct _DVBS_TKGS_CATEGORY_LIST {
+typedef struct _DVBS_TKGS_CATEGORY_LIST {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint16_t ui2_num;                       /* 0 */
     uint8_t  aui1_reserved[2];              /* 2 */
     char     aac_name[DVBS_TKGS_CATEGORY_MAX][DVBS_TKGS_CATEGORY_NAME_SIZE]; /* 4 */

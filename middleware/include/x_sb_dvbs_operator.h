@@ -68,7 +68,7 @@ X_MW_CHECK_OFFSET(SB_DVBS_FST_OPERATOR_INFO_T, b_spec_regn_setup, 193);
 X_MW_CHECK_OFFSET(SB_DVBS_FST_OPERATOR_INFO_T, ac_ott_brand_id, 194);
 
 /* What the builder found in the Fastscan tables; ui4_mask says which parts are valid. */
-typedef struct _SB_DVBS_FST_BUILT_NFY_DATA {
+typedef struct _SB_DVBS_FST_BUILT_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint32_t ui4_mask;                 /* 0: SB_DVBS_FST_* */
     uint32_t ui4_freq;                 /* 4: home transponder, MHz */
     uint32_t e_pol;                    /* 8: SB_DVBS_POL_* */
@@ -115,7 +115,7 @@ X_MW_CHECK_SIZE(SB_DVBS_TKGS_CATEGORY_T, 130);
 X_MW_CHECK_OFFSET(SB_DVBS_TKGS_CATEGORY_T, ac_name, 2);
 
 /* What the builder found in the TKGS tables; ui4_mask says which parts are valid. */
-typedef struct _SB_DVBS_TKGS_BUILT_NFY_DATA {
+typedef struct _SB_DVBS_TKGS_BUILT_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint32_t ui4_mask;                                             /* 0: SB_DVBS_TKGS_* */
     uint16_t ui2_hidden_locator_num;                               /* 4 */
     uint8_t  aui1_reserved0[2];                                    /* 6 */
@@ -145,7 +145,7 @@ X_MW_CHECK_OFFSET(SB_DVBS_TKGS_BUILT_NFY_DATA_T, s_user_msg, 4575);
 /* ---- HD+ service guide --------------------------------------------------------------- */
 
 /* The service guide table the builder found. */
-typedef struct _SB_DVBS_SGT_BUILT_NFY_DATA {
+typedef struct _SB_DVBS_SGT_BUILT_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint8_t ui1_sgt_version; /* 0 */
 } SB_DVBS_SGT_BUILT_NFY_DATA_T;
 X_MW_CHECK_SIZE(SB_DVBS_SGT_BUILT_NFY_DATA_T, 1);

@@ -17,7 +17,7 @@ typedef int32_t (*x_sb_isdb_scan_maps_fct)(SCAN_MAPS_ISDB_CMD_T e_cmd, char* ps_
 #define SB_ISDB_SCAN_TYPE_RANGE  ((uint32_t)7) /* first to last channel */
 
 /* Service-update notification data. */
-typedef struct _SB_ISDB_SVC_UPDATE_NFY_DATA {
+typedef struct _SB_ISDB_SVC_UPDATE_NFY_DATA {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     uint16_t ui2_num_added;
     uint16_t ui2_num_deleted;
 } SB_ISDB_SVC_UPDATE_NFY_DATA_T;

@@ -134,7 +134,7 @@ std::vector<uint8_t> bytesOf(const Rec& r) {
 // Copies a name into a fixed field, cut to leave a terminating zero.
 inline void putName(char* to, size_t size, const std::string& name) {
     memset(to, 0, size);
-    memcpy(to, name.data(), name.size() < size ? name.size() : size - 1);
+    name.copy(to, name.size() < size ? name.size() : size - 1);
 }
 
 }  // namespace zelsim::detail

@@ -44,7 +44,7 @@ bool pause(Run& run, uint32_t ms) {
 namespace {
 
 // Blocks at a {"wait": label} step until release(label); false when interrupted instead.
-bool waitAtLabel(Run& run, const std::string& label) {
+bool waitAtLabel(const Run& run, const std::string& label) {
     Sim& sim = Sim::get();
     std::unique_lock<std::mutex> lock(sim.mu);
     sim.waitingLabels.insert(label);
@@ -90,7 +90,7 @@ void askScanMaps(const Run& run, const Step& step) {
     std::string what = run.name + " scan-maps command " + std::to_string(step.cmd) + " with " +
                        std::to_string(step.outputLen) + " bytes answered " + std::to_string(a.status) +
                        ", expected " + std::to_string(*step.expect);
-    fprintf(stderr, "zel_sim: %s\n", what.c_str());
+    (void)fprintf(stderr, "zel_sim: %s\n", what.c_str());
     Sim& sim = Sim::get();
     std::lock_guard<std::mutex> lock(sim.mu);
     sim.mismatches.push_back(std::move(what));
@@ -137,7 +137,7 @@ bool playStep(Run& run, const Step& step) {
     return false;
 }
 
-void runSteps(std::shared_ptr<Run> run, std::shared_ptr<const Scenario> sc) {
+void runSteps(const std::shared_ptr<Run>& run, const std::shared_ptr<const Scenario>& sc) {
     markSimThread();
     Sim& sim = Sim::get();
     const bool monitor = run->scanNfy == nullptr;
@@ -206,7 +206,8 @@ ScanMapsAnswer callScanMaps(const std::string& builderName, uint32_t cmd, const 
     if (reg.fn == nullptr) return answer;
 
     std::vector<uint8_t> in = input;
-    void* pvInput = in.empty() ? reinterpret_cast<void*>(inputValue) : in.data();
+    // A scenario may give the input as a bare value, which the middleware passes as a pointer.
+    void* pvInput = in.empty() ? reinterpret_cast<void*>(inputValue) : in.data();  // NOLINT(performance-no-int-to-ptr)
     std::vector<uint8_t> out(outputLen + kGuardBytes, fill);
     memset(out.data() + outputLen, kGuardFill, kGuardBytes);
     std::vector<char> countryBuf(country.begin(), country.end());
@@ -216,7 +217,7 @@ ScanMapsAnswer callScanMaps(const std::string& builderName, uint32_t cmd, const 
     answer.status = invokeScanMaps(builderName, reg.fn, cmd, countryBuf.data(), value, pvInput, out.data(), &len,
                                    reg.tag);
     answer.outputLen = len;
-    answer.output.assign(out.begin(), out.begin() + outputLen);
+    answer.output.assign(out.begin(), out.begin() + static_cast<std::ptrdiff_t>(outputLen));
     for (size_t i = outputLen; i < out.size(); ++i) answer.overrun = answer.overrun || out[i] != kGuardFill;
     {
         std::lock_guard<std::mutex> lock(sim.mu);

@@ -74,7 +74,7 @@ void reset() {
     sim.keys = detail::KeyData{};
     sim.envScenarioChecked = false;
     sim.scanMaps.clear();
-    for (auto& entry : sim.listRegs) entry.second->removed = true;
+    for (const auto& entry : sim.listRegs) entry.second->removed = true;
     sim.listRegs.clear();
     sim.pipelineLookup = nullptr;
     sim.releasedLabels.clear();

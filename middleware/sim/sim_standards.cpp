@@ -154,7 +154,7 @@ void blockScanningNotify(const Run& run, int32_t type, uint32_t value, const std
     memcpy(nfy.t_country, block.t_country_code, sizeof(nfy.t_country));
     nfy.t_operator_name = block.t_operator_name;
     if (type == SB_DVBC_NFY_NW_NAME) {
-        snprintf(nfy.u.s_nw_name, sizeof(nfy.u.s_nw_name), "%s", name.c_str());
+        (void)snprintf(nfy.u.s_nw_name, sizeof(nfy.u.s_nw_name), "%s", name.c_str());
     } else {
         nfy.u.ui4_freq = value;
     }

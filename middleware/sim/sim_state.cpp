@@ -50,7 +50,7 @@ Sim::Sim() {
         char* end = nullptr;
         double v = strtod(scale, &end);
         if (end != scale && v >= 0) timeScale = v;
-        else fprintf(stderr, "zel_sim: ignoring ZEL_SIM_TIME_SCALE=%s\n", scale);
+        else (void)fprintf(stderr, "zel_sim: ignoring ZEL_SIM_TIME_SCALE=%s\n", scale);
     }
 }
 
@@ -113,8 +113,8 @@ void Sim::checkEnvScenarioLocked() {
     auto sc = in ? parseScenario(text.str(), &error) : nullptr;
     if (!sc) {
         // A scan the user did not ask for would pass for the one named: stop here instead.
-        fprintf(stderr, "zel_sim: scenario %s (ZEL_SIM_SCENARIO) does not load: %s\n", path, error.c_str());
-        fflush(stderr);
+        (void)fprintf(stderr, "zel_sim: scenario %s (ZEL_SIM_SCENARIO) does not load: %s\n", path, error.c_str());
+        (void)fflush(stderr);
         _exit(kScenarioNotLoaded);
     }
     installLocked(sc);

@@ -74,7 +74,8 @@ sp<JINativeScanConfig> exchangeNativeConfig(JNIEnv* env, jobject thiz,
                                             const sp<JINativeScanConfig>& config,
                                             jmethodID getNativeConfig, jmethodID setNativeConfig,
                                             const ScanSite& site, const char* setterName) {
-    sp<JINativeScanConfig> old = reinterpret_cast<JINativeScanConfig*>(
+    // Java holds the configuration as its address.
+    sp<JINativeScanConfig> old = reinterpret_cast<JINativeScanConfig*>(  // NOLINT(performance-no-int-to-ptr)
         static_cast<uintptr_t>(env->CallLongMethod(thiz, getNativeConfig)));
     checkJavaException(env, site, "getNativeConfig");
     if (config.get() != nullptr) {

@@ -118,7 +118,7 @@ void BuilderNotify::checkCallback(const char* what) {
 
 jstring newIdString(JNIEnv* env, uint16_t first, uint16_t second) {
     char text[16];
-    snprintf(text, sizeof(text), "%u,%u", first, second);
+    (void)snprintf(text, sizeof(text), "%u,%u", first, second);
     return env->NewStringUTF(text);
 }
 

@@ -9,8 +9,7 @@ namespace android {
 
 SettingText::SettingText(JNIEnv* env, jobject obj, jmethodID getter, const ScanSite& site,
                          const char* what)
-    : mEnv(env) {
-    mString = static_cast<jstring>(env->CallObjectMethod(obj, getter));
+    : mEnv(env), mString(static_cast<jstring>(env->CallObjectMethod(obj, getter))) {
     if (checkJavaException(env, site, what)) {
         // A getter that threw has no value; the exception waits for the native's caller.
         if (mString != nullptr) env->DeleteLocalRef(mString);

@@ -17,7 +17,7 @@ void NativeZelTvScanDetection::onPreScan(void* scanParams) {
     putBlockField<uint8_t>(block, mKind.enableAt, mEnabled);
     if (mEnabled != 0) {
         putBlockField(block, mKind.notifyAt, mKind.notify);
-        putBlockField(block, mKind.tagAt, mPeer.object());
+        putBlockField<void*>(block, mKind.tagAt, mPeer.object());
         SITE_XLOGI(DETECTION_SITE(mKind), " %s=%p\n", mKind.tagName, mPeer.object());
     } else {
         putBlockField<void*>(block, mKind.notifyAt, nullptr);

@@ -73,7 +73,7 @@ JavaCallerScope::~JavaCallerScope() {
     }
 }
 
-JavaCallerScope* JavaCallerScope::current(JNIEnv* env) {
+JavaCallerScope* JavaCallerScope::current(const JNIEnv* env) {
     return tCallerScope != nullptr && tCallerScope->mEnv == env ? tCallerScope : nullptr;
 }
 

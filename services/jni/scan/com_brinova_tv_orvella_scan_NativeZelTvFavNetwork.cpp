@@ -78,12 +78,12 @@ bool NativeZelTvFavNetwork::_dvbt_ui_op_need_before_scan_end_NOR() {
     if (x_nwl_get_num_rec(nwl, &recordCount, &version) != MWR_OK || recordCount == 0) {
         return false;
     }
-    size_t tableSize = recordCount * sizeof(FavNetworkCandidate);
-    auto* table = static_cast<FavNetworkCandidate*>(x_mem_alloc(tableSize));
+    size_t tableBytes = recordCount * sizeof(FavNetworkCandidate);
+    auto* table = static_cast<FavNetworkCandidate*>(x_mem_alloc(tableBytes));
     // Cleared before the allocation is tested, as it always was, but never through the null
     // of a refused allocation; a previous table is not released either way.
     if (table != nullptr) {
-        x_memset(table, 0, tableSize);
+        x_memset(table, 0, tableBytes);
     }
     if (table == nullptr) {
         mCandidateCount = 0;

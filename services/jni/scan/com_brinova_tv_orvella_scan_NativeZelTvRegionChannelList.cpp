@@ -162,7 +162,8 @@ Java_com_brinova_tv_orvella_scan_ZelTvScanRegionCHList_nativeSetRegionChannelLis
     // extension: logged, nothing chosen.
     return satelliteArrayCall<NativeZelTvRegionChannelList>(
         env, array, SCAN_SITE, "ptRegionCHList", " ptRegionCHList is NULL!\n",
-        [env, name](NativeZelTvRegionChannelList& region, IntArrayCall<kExtensionArrayLimit>& call) {
+        [env, name](NativeZelTvRegionChannelList& region,
+                    const IntArrayCall<kExtensionArrayLimit>& call) {
             region.selectList(env, name, call.site());
             return true;  // the array goes back with element 0 = 0
         });

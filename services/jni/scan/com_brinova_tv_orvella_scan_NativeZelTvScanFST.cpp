@@ -341,7 +341,7 @@ extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanFST_na
     JNIEnv* env, jobject, jintArray array, jobjectArray satellites) {
     return satelliteArrayCall<NativeZelTvScanFST>(
         env, array, SCAN_SITE, "ptFST", " ptFST is NULL!\n",
-        [env, satellites](NativeZelTvScanFST& fst, IntArrayCall<kExtensionArrayLimit>& call) {
+        [env, satellites](NativeZelTvScanFST& fst, const IntArrayCall<kExtensionArrayLimit>& call) {
             return fst.setAssociatedSatellites(env, satellites, call.site());
         });
 }
@@ -350,7 +350,7 @@ extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanFST_na
     JNIEnv* env, jobject, jintArray array, jobject selected) {
     return satelliteArrayCall<NativeZelTvScanFST>(
         env, array, SCAN_SITE, nullptr, " ptFST is NULL!\n",
-        [env, selected](NativeZelTvScanFST& fst, IntArrayCall<kExtensionArrayLimit>& call) {
+        [env, selected](NativeZelTvScanFST& fst, const IntArrayCall<kExtensionArrayLimit>& call) {
             return fst.setOperatorSelected(env, selected, call.site());
         });
 }

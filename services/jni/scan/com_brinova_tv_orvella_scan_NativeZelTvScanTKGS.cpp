@@ -329,7 +329,7 @@ extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanTKGS_n
     JNIEnv* env, jobject, jintArray array, jint version) {
     return satelliteArrayCall<NativeZelTvScanTKGS>(
         env, array, SCAN_SITE, nullptr, " ptScanTKGS is NULL!\n",
-        [version](NativeZelTvScanTKGS& tkgs, IntArrayCall<kExtensionArrayLimit>& call) {
+        [version](NativeZelTvScanTKGS& tkgs, const IntArrayCall<kExtensionArrayLimit>& call) {
             tkgs.setVersion(version, call.site());
             return false;  // the array does not go back
         });
@@ -339,7 +339,7 @@ extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanTKGS_n
     JNIEnv* env, jobject, jintArray array, jint mode) {
     return satelliteArrayCall<NativeZelTvScanTKGS>(
         env, array, SCAN_SITE, nullptr, " ptScanTKGS is NULL!\n",
-        [mode](NativeZelTvScanTKGS& tkgs, IntArrayCall<kExtensionArrayLimit>& call) {
+        [mode](NativeZelTvScanTKGS& tkgs, const IntArrayCall<kExtensionArrayLimit>& call) {
             tkgs.setMode(mode, call.site());
             return false;
         });
@@ -349,7 +349,7 @@ extern "C" SCAN_JNI_EXPORT jint Java_com_brinova_tv_orvella_scan_ZelTvScanTKGS_n
     JNIEnv* env, jobject, jintArray array, jstring name) {
     return satelliteArrayCall<NativeZelTvScanTKGS>(
         env, array, SCAN_SITE, nullptr, " ptScanTKGS is NULL!\n",
-        [env, name](NativeZelTvScanTKGS& tkgs, IntArrayCall<kExtensionArrayLimit>& call) {
+        [env, name](NativeZelTvScanTKGS& tkgs, const IntArrayCall<kExtensionArrayLimit>& call) {
             tkgs.setPreferredList(env, name, call.site());
             return false;
         });

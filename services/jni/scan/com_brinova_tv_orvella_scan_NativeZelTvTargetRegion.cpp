@@ -91,12 +91,12 @@ bool NativeZelTvTargetRegion::_dvbt_ui_op_need_before_scan_end_UK() {
         count == 0) {
         return false;
     }
-    const uint32_t tableSize = count * sizeof(SB_REGION_REC_T);
-    auto* table = static_cast<SB_REGION_REC_T*>(x_mem_alloc(tableSize));
+    const uint32_t tableBytes = count * sizeof(SB_REGION_REC_T);
+    auto* table = static_cast<SB_REGION_REC_T*>(x_mem_alloc(tableBytes));
     if (table == nullptr) {
         return false;
     }
-    if (getKey(mBuilderHandle, SB_KEY_TYPE_REGION_TABLE, &anyRegion, table, tableSize) != MWR_OK) {
+    if (getKey(mBuilderHandle, SB_KEY_TYPE_REGION_TABLE, &anyRegion, table, tableBytes) != MWR_OK) {
         x_mem_free(table);
         return false;
     }

@@ -6,6 +6,7 @@
 
 #include "JScanEngine.h"
 
+#include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
@@ -67,7 +68,9 @@ bool builderNameIs(const char* name, const char* row, bool wholeName) {
 }
 
 struct BuilderRow {
+    // cppcheck-suppress unusedStructMember ; read by findRow(), a template it does not follow
     const char* name;
+    // cppcheck-suppress unusedStructMember ; as name
     bool wholeName;
     const char* tunerName;
     const char* openLog;  // "[%s][%d]..." with function, line and the SVL name
@@ -89,7 +92,9 @@ const BuilderRow kBuilders[] = {
 
 // Monitor mode: the scan block copied at the builder's size, one word set to its mode.
 struct MonitorRow {
+    // cppcheck-suppress unusedStructMember ; read by findRow(), a template it does not follow
     const char* name;
+    // cppcheck-suppress unusedStructMember ; as name
     bool wholeName;
     size_t blockSize;
     size_t modeOffset;
@@ -194,15 +199,22 @@ static void deliverListChanges(const ScanSite& site, uint16_t listId, uint32_t c
     }
     if (count == 0) return;
 
+    // A count whose arrays cannot exist (their size in bytes, or as a Java array's length,
+    // does not fit) fails as their allocation would, instead of wrapping to a short buffer.
+    constexpr uint32_t kMaxChanges = SIZE_MAX / sizeof(uint32_t) < INT32_MAX
+                                         ? static_cast<uint32_t>(SIZE_MAX / sizeof(uint32_t))
+                                         : INT32_MAX;
+    if (count > kMaxChanges) scanFatal(site, "!(eventType != __null)");
+    const auto length = static_cast<jsize>(count);
     auto* eventType = static_cast<uint32_t*>(x_mem_alloc(count * sizeof(uint32_t)));
     if (eventType == nullptr) scanFatal(site, "!(eventType != __null)");
     auto* eventRecord = static_cast<uint32_t*>(x_mem_alloc(count * sizeof(uint32_t)));
     if (eventRecord == nullptr) scanFatal(site, "!(eventRecord != __null)");
     x_memset(eventType, 0, count * sizeof(uint32_t));
     x_memset(eventRecord, 0, count * sizeof(uint32_t));
-    jintArray arrEventType = env->NewIntArray(count);
+    jintArray arrEventType = env->NewIntArray(length);
     if (arrEventType == nullptr) scanFatal(site, "!(arrEventType != __null)");
-    jintArray arrEventRecord = env->NewIntArray(count);
+    jintArray arrEventRecord = env->NewIntArray(length);
     if (arrEventRecord == nullptr) scanFatal(site, "!(arrEventRecord != __null)");
     // Deleted when done, so that an already attached middleware thread does not pile them up.
     ScopedLocalRef<jintArray> typesRef(env, arrEventType);
@@ -213,8 +225,8 @@ static void deliverListChanges(const ScanSite& site, uint16_t listId, uint32_t c
         eventRecord[i] = changes[i].ui2_event_record;
         SITE_LOGI(site, "eventType=%d, eventRecord=%d.", eventType[i], eventRecord[i]);
     }
-    env->SetIntArrayRegion(arrEventType, 0, count, reinterpret_cast<jint*>(eventType));
-    env->SetIntArrayRegion(arrEventRecord, 0, count, reinterpret_cast<jint*>(eventRecord));
+    env->SetIntArrayRegion(arrEventType, 0, length, reinterpret_cast<jint*>(eventType));
+    env->SetIntArrayRegion(arrEventRecord, 0, length, reinterpret_cast<jint*>(eventRecord));
     jobject javaEngine = engine != nullptr ? engine->javaObject() : nullptr;
     SITE_LOGD(site, "mObject=%p", javaEngine);
     if (javaEngine != nullptr) {
@@ -931,7 +943,7 @@ namespace {
 sp<JScanEngine> getScanEngine(JNIEnv* env, jobject thiz) {
     jlong context = env->CallLongMethod(thiz, gFields.getNativeContextID);
     checkJavaException(env, SCAN_SITE, "getNativeContext");
-    return reinterpret_cast<JScanEngine*>(static_cast<uintptr_t>(context));
+    return reinterpret_cast<JScanEngine*>(static_cast<uintptr_t>(context));  // NOLINT(performance-no-int-to-ptr): Java holds the object as its address
 }
 
 // Java's stored context owns one strong reference, taken and dropped under `thiz`.
@@ -1012,7 +1024,8 @@ jint native_configure(JNIEnv* env, jobject thiz, jlong configPointer, jint svlId
     }
     BLOGD("config = 0x%llx, datasource=0x%x, svlId=%d", static_cast<long long>(configPointer),
           engine->getPipelineHandle(), svlId);
-    auto* config = reinterpret_cast<JINativeScanConfig*>(static_cast<uintptr_t>(configPointer));
+    auto* config = reinterpret_cast<JINativeScanConfig*>(  // NOLINT(performance-no-int-to-ptr)
+        static_cast<uintptr_t>(configPointer));  // Java passes the configuration's address
     BLOGD("pConfig = %p", config);
     if (config == nullptr) {
         // configure() refuses a null configuration; there is no name to ask it for.

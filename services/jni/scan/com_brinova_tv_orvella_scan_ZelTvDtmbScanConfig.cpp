@@ -202,7 +202,8 @@ jint readScanMode(JNIEnv* env, jobject thiz, jobject settings, SB_DTMB_SCAN_DATA
     block.e_scan_mode = SB_DTMB_SCAN_MODE_MANUAL;
     const jlong stored = env->CallLongMethod(thiz, gFields.getNativeConfigId);
     checkJavaException(env, site, "getNativeConfig");
-    void* tag = reinterpret_cast<JINativeScanConfig*>(static_cast<uintptr_t>(stored));
+    // Java holds the configuration as its address.
+    void* tag = reinterpret_cast<JINativeScanConfig*>(static_cast<uintptr_t>(stored));  // NOLINT(performance-no-int-to-ptr)
     uint32_t frequency = 0;
     uint32_t len = sizeof(frequency);
     const int32_t ret = _native_sb_dtmb_scan_maps_notify(0, block.t_country_code,

@@ -232,7 +232,7 @@ void _native_sb_orbit_slot_notify(SB_SAT_NAME_NFY_DATA_T* data, void* pv_nfy_tag
     JNIEnv* env = thread.env();
     BLOGD("sat id= %u sat rec id = %u orbit=%d", data->ui2_sat_id, data->ui2_sat_rec_id, data->i2_orbit);
     char text[16];
-    snprintf(text, sizeof(text), "%u,%u", data->ui2_sat_id, data->ui2_sat_rec_id);
+    (void)snprintf(text, sizeof(text), "%u,%u", data->ui2_sat_id, data->ui2_sat_rec_id);
     ScopedLocalRef<jstring> id(env, env->NewStringUTF(text));
     env->CallVoidMethod(static_cast<jobject>(pv_nfy_tag), gFields.onDvbsOrbitSlotNotifyId, id.get(),
                         static_cast<jint>(data->i2_orbit));

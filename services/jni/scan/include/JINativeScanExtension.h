@@ -26,7 +26,7 @@ public:
 
     /* The extension a handle names: its low 32 bits are the address, trusted as is. */
     static JINativeScanExtension* fromHandle(int64_t handle) {
-        return reinterpret_cast<JINativeScanExtension*>(
+        return reinterpret_cast<JINativeScanExtension*>(  // NOLINT(performance-no-int-to-ptr)
             static_cast<uintptr_t>(static_cast<uint32_t>(handle)));
     }
 

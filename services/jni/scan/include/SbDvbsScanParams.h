@@ -28,7 +28,7 @@ X_MW_EXTERN_C_BEGIN
 #define SB_DVBS_HIDDEN_LOCATOR_MAX 20
 #define SB_DVBS_VISIBLE_LOCATOR_MAX 5
 
-typedef struct _SB_DVBS_SCAN_PARAMS {
+typedef struct _SB_DVBS_SCAN_PARAMS {  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the middleware's own tag
     char     t_country_code[4];       /* 0: three letters and a NUL */
     char     t_ui_lang[4];            /* 4: three letters and a NUL */
     uint32_t ui4_operator;            /* 8: also the region channel list's selector */

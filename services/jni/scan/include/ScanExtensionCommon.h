@@ -212,12 +212,13 @@ int registerExtensionClass(JNIEnv* env, const char* className, const JNINativeMe
                            int count, const MethodSpec* callbacks, size_t callbackCount,
                            const ScanSite& site);
 
-/* Builder keys: an index passed as the key info, and a small value passed by value. */
+/* Builder keys: an index passed as the key info, and a small value passed by value; the
+   middleware's key calls take both in a pointer. */
 inline SB_KEY_INFO_T keyIndex(uint32_t index) {
-    return reinterpret_cast<SB_KEY_INFO_T>(static_cast<uintptr_t>(index));
+    return reinterpret_cast<SB_KEY_INFO_T>(static_cast<uintptr_t>(index));  // NOLINT(performance-no-int-to-ptr)
 }
 inline void* keyValue(uint32_t value) {
-    return reinterpret_cast<void*>(static_cast<uintptr_t>(value));
+    return reinterpret_cast<void*>(static_cast<uintptr_t>(value));  // NOLINT(performance-no-int-to-ptr)
 }
 /* x_sb_get of `length` bytes into `value`. */
 inline int32_t getKey(HANDLE_T builder, SB_KEY_TYPE_T key, SB_KEY_INFO_T info, void* value,

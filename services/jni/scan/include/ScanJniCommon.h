@@ -108,7 +108,7 @@ public:
     JavaCallerScope& operator=(const JavaCallerScope&) = delete;
 
     /* The scope open on the calling thread for `env`, or null. */
-    static JavaCallerScope* current(JNIEnv* env);
+    static JavaCallerScope* current(const JNIEnv* env);
     /* Takes the pending exception out of `env` into the scope; false when it keeps one. */
     bool keepPending();
 

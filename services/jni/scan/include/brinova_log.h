@@ -20,11 +20,12 @@ enum {
     BRINOVA_LOG_ERROR = 5,
 };
 
+/* The two names are the platform's log entry points that other modules link against. */
 extern "C" {
 /* 1 when a message of `level` is to be printed for the level property `property`, else 0. */
-int __brinova_log_is_loggable(int level, const char* property);
+int __brinova_log_is_loggable(int level, const char* property);  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 /* Writes `text` to the boot-time trace marker. */
-void __brinova_log_write_to_ftrace(const char* text);
+void __brinova_log_write_to_ftrace(const char* text);  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 }
 
 /* A line exactly as given. */
