@@ -3,6 +3,7 @@
 // a list listener that calls the engine while close() runs, and bad input to the natives.
 // The race-checking build (tsan preset) runs these too: any report there fails them.
 #include <atomic>
+#include <string>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 
 namespace {
 
+using android::JINativeScanConfig;
 using harness::callInt;
 using harness::methodOf;
 using scantest::Engine;
@@ -61,12 +63,16 @@ TEST_F(EngineConcurrencyTest, ReconfigureDuringAScan) {
     Engine e = Engine::create();
     jobject first = scantest::newDvbtConfig("GBR", "eng", 1, 1), second = scantest::newDvbtConfig("DEU", "deu", 1, 1);
     ASSERT_EQ(configure(e, first), 0);
-    for (int round = 1; round <= 5; ++round) {
+    for (int round = 1; round <= 10; ++round) {
         ASSERT_EQ(call(e.object, "start"), 0);
-        for (int i = 0; i < 20; ++i) EXPECT_EQ(configure(e, i % 2 ? first : second), 0);
+        // Switched until the scan has ended, so that the switches meet every event.
+        int switches = 0;
+        while (switches < 20000 && !e.awaitEnds(round, 0)) {
+            ASSERT_EQ(configure(e, switches++ % 2 ? first : second), 0);
+        }
         ASSERT_TRUE(e.awaitEnds(round));
     }
-    EXPECT_EQ(e.events("status 2 ").size(), 5u);
+    EXPECT_EQ(e.events("status 2 ").size(), 10u);
     finish(e);
 }
 
@@ -167,6 +173,22 @@ TEST_F(EngineConcurrencyTest, ZeroHandleAndCutCharactersAreRefusedOrDropped) {
     auto* block = static_cast<const uint8_t*>(scantest::nativeConfig(config)->getSbScanParams(0));
     EXPECT_EQ(0, memcmp(block, "GB\0\0", 4));
     EXPECT_EQ(0, memcmp(block + 12, "\xc3\xa6\0\0", 4));
+
+    // A country the builder itself cuts inside a character reaches Java without the piece.
+    JINativeScanConfig* native = scantest::nativeConfig(config);
+    ASSERT_EQ(x_sb_reg_scan_map("sb_dvb", reinterpret_cast<x_sb_scan_maps_fct>(native->getSbScanMapsNotify()),
+                                native),
+              0);
+    ASSERT_EQ(zelsim::runScanMaps("sb_dvb", 0, "GB\xc3", {}, 4).status, 0);
+    jclass recording = env_->GetObjectClass(config);
+    auto country = static_cast<jstring>(
+        env_->GetObjectField(config, env_->GetFieldID(recording, "lastCountry", "Ljava/lang/String;")));
+    ASSERT_NE(country, nullptr);
+    const jchar* units = env_->GetStringChars(country, nullptr);
+    EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(units), env_->GetStringLength(country)), u"GB");
+    env_->ReleaseStringChars(country, units);
+    env_->DeleteLocalRef(country);
+    env_->DeleteLocalRef(recording);
 }
 
 }  // namespace
