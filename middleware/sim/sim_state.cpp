@@ -1,6 +1,8 @@
 // The simulator's process-wide state: call record, refusals, handles and the scenario.
 #include "sim_state.h"
 
+#include "SbDvbsScanParams.h"
+
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -18,7 +20,7 @@ namespace {
 const BuilderKind kBuilderKinds[] = {
     {"sb_dvb", true, sizeof(SB_OPEN_DATA_T), sizeof(SB_DVB_SCAN_DATA_T)},
     {"sb_dvbc", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_DVBC_SCAN_DATA_T)},
-    {"sb_dvbs", false, sizeof(SB_DVBS_OPEN_DATA_T), 780},
+    {"sb_dvbs", false, sizeof(SB_DVBS_OPEN_DATA_T), sizeof(SB_DVBS_SCAN_PARAMS)},
     {"sb_cn_dvbc", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_DVBC_SCAN_DATA_T)},
     {"sb_dtmb", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_DTMB_SCAN_DATA_T)},
     {"sb_atsc", false, sizeof(SB_OPEN_DATA_T), sizeof(SB_ATSC_SCAN_DATA_T)},

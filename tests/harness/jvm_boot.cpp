@@ -25,7 +25,9 @@ std::string exceptionText(JNIEnv* e) {
     return out;
 }
 
-bool isCheckJniWarning(const char* line) { return strstr(line, "WARNING in native method") != nullptr; }
+bool isCheckJniWarning(const char* line) {
+    return strstr(line, "WARNING in native method") != nullptr || strstr(line, "WARNING: JNI local refs") != nullptr;
+}
 
 namespace {
 

@@ -25,7 +25,7 @@ const std::string& loadError();
 struct LogLine;
 // The lines logged while the library loaded (every level let through).
 const std::vector<LogLine>& loadLogs();
-// CheckJNI warnings ("WARNING in native method") printed by the VM so far.
+// CheckJNI warnings ("WARNING in native method", "WARNING: JNI local refs") printed by the VM so far.
 int checkJniWarnings();
 
 // While one lives, CheckJNI warnings are counted in expected() instead of failing the test

@@ -15,6 +15,7 @@
 
 #include "JINativeScanConfig.h"
 #include "JScanEngine.h"
+#include "SbDvbsScanParams.h"
 #include "jvm_harness.h"
 #include "zel_sim.h"
 
@@ -23,7 +24,8 @@ namespace scantest {
 constexpr const char* kEngineClass = "com/brinova/tv/orvella/services/scan/ZelTvScanEngine";
 constexpr const char* kEngineTag = "ZEL_MW";
 
-// A configuration of any builder name, with a recognisable 780-byte block.
+// A configuration of any builder name, with a recognisable block as large as the largest
+// builder's (the satellite block, 780 bytes on the TV).
 class FakeConfig : public android::JINativeScanConfig {
 public:
     explicit FakeConfig(const char* name) : name_(name) {
@@ -45,7 +47,7 @@ public:
     jlong pointer() { return static_cast<jlong>(reinterpret_cast<uintptr_t>(
                           static_cast<android::JINativeScanConfig*>(this))); }
 
-    uint8_t block[780];
+    uint8_t block[sizeof(SB_DVBS_SCAN_PARAMS)];
     int check = 0;
 
 private:
