@@ -270,6 +270,10 @@ void JvmTest::SetUp() {
     logEverything();
     Logs::clear();
     warningsAtStart_ = checkJniWarnings();
+    // Test bodies make their local references on the main thread, outside any native call:
+    // a frame of their own declares the room they use and frees them when the test ends.
+    ASSERT_EQ(env_->PushLocalFrame(kTestLocalRefs), 0);
+    framePushed_ = true;
 }
 
 void JvmTest::TearDown() {
@@ -279,6 +283,8 @@ void JvmTest::TearDown() {
     }
     EXPECT_FALSE(env_->ExceptionCheck()) << exceptionText(env_);
     zelsim::reset();
+    if (framePushed_) env_->PopLocalFrame(nullptr);
+    framePushed_ = false;
     EXPECT_EQ(checkJniWarnings(), warningsAtStart_) << "CheckJNI warned during the test";
 }
 

@@ -96,7 +96,9 @@ protected:
     JNIEnv* env_ = nullptr;
 
 private:
+    static constexpr jint kTestLocalRefs = 1024;
     int warningsAtStart_ = 0;
+    bool framePushed_ = false;
 };
 
 }  // namespace harness

@@ -3,6 +3,8 @@
 #define LOG_TAG "Orvella_onLoad_scan"
 #define SCAN_SOURCE_NAME "com_brinova_tv_orvella_scan_OnLoad"
 
+#include <nativehelper/ScopedLocalRef.h>
+
 #include "ScanJniCommon.h"
 #include "ScanRegistrations.h"
 
@@ -10,14 +12,15 @@ JavaVM* javaVM = nullptr;
 
 int registerNativeMethods(JNIEnv* env, const char* className, const JNINativeMethod* methods,
                           int count) {
-    // The local class reference is left to the VM: it goes when the load hook returns. So is
-    // the exception of a failure: the load ends at once, and the VM reports it as the cause.
-    jclass clazz = env->FindClass(className);
-    if (clazz == nullptr) {
+    // The class reference goes at once: the load hook registers more classes than a native
+    // frame's local capacity. The exception of a failure is left pending: the load ends at
+    // once, and the VM reports it as the cause.
+    ScopedLocalRef<jclass> clazz(env, env->FindClass(className));
+    if (clazz.get() == nullptr) {
         BLOGE_RAW("registerNativeMethods cannot find class return false");
         return -1;
     }
-    if (env->RegisterNatives(clazz, methods, count) < 0) {
+    if (env->RegisterNatives(clazz.get(), methods, count) < 0) {
         BLOGE_RAW("registerNativeMethods cannot register methods return false");
         return -1;
     }
