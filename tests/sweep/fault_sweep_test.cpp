@@ -376,11 +376,13 @@ void FaultSweep::checkResources(const MiddlewareCall& call) {
         now = sweep::measure();
     }
     // A thread just joined may still be listed for a moment (longer under the sanitizers).
-    for (int i = 0; i < 200 && now.threads != baseline_.threads; ++i) {
+    // A thread left behind is one more; one fewer is a VM thread that was still unnamed
+    // when the baseline was taken on a busy machine, and that is no fault of ours.
+    for (int i = 0; i < 200 && now.threads > baseline_.threads; ++i) {
         usleep(10000);
         now = sweep::measure();
     }
-    EXPECT_EQ(now.threads, baseline_.threads) << now.describe();
+    EXPECT_LE(now.threads, baseline_.threads) << now.describe();
     EXPECT_EQ(now.descriptors, baseline_.descriptors) << now.describe();
     // No more kept than a clean run keeps by design.
     EXPECT_LE(now.globalRefs, baseline_.globalRefs + cleanGlobalRefs_) << now.describe();
