@@ -194,10 +194,10 @@ std::vector<ScanMapsAnswer> scanMapsAnswers() {
 
 ScanMapsAnswer runScanMaps(const std::string& builderName, uint32_t cmd, const std::string& country,
                            const std::vector<uint8_t>& input, uint32_t outputSize, uintptr_t inputValue,
-                           uint32_t value) {
+                           uint32_t value, uint8_t outputFill) {
     ScanMapsAnswer answer;
     onSimThread([&] {
-        answer = detail::callScanMaps(builderName, cmd, country, input, inputValue, outputSize, 0, value);
+        answer = detail::callScanMaps(builderName, cmd, country, input, inputValue, outputSize, outputFill, value);
     });
     return answer;
 }

@@ -25,6 +25,7 @@ constexpr const char* kTag = "ZelTvDvbsScanConfig_JNI";
 constexpr const char* kRecording = "com/brinova/tv/orvella/testsupport/RecordingDvbsConfig";
 constexpr const char* kScripted = "com/brinova/tv/orvella/testsupport/RecordingDvbsConfig$ScriptedSettings";
 constexpr const char* kSettingsSig = "(Lcom/brinova/tv/orvella/services/scan/ZelTvDvbsScanSettings;)I";
+constexpr uint8_t kCallerFill = 0x5A;  // what the builder's output buffers hold before a command
 
 template <typename T>
 T at(const JINativeScanConfig* c, size_t offset) {
@@ -182,21 +183,26 @@ TEST_F(DvbsConfigTest, EveryCommandRowChecksItsBufferAndWritesItsRecord) {
     jobject config = newConfig();
     JINativeScanConfig* c = scantest::nativeConfig(config);
     registerMaps(c);
-    // Command 27: 111 bytes are refused before Java is asked; 112 get the record.
-    answer(config, {}, 0);
-    auto shortAnswer = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 111, 3);
-    EXPECT_EQ(shortAnswer.status, -24);
-    EXPECT_EQ(shortAnswer.outputLen, 111u);
     // Without a satellite list the handler answers: the record is written field by field,
     // the name cut at 64 characters and terminated, the bytes between fields left alone.
     std::vector<int> sat = {-50, 0x100, 80, 11494, 84, 100, 1019, 104, 106};
     for (char ch : std::string(64, 'S')) sat.push_back(ch);
     sat.push_back('X');
     answer(config, sat, 0);
-    auto full = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 112, 3);
+    scantest::clearEvents(config);
+    // Command 27: 111 bytes are refused before Java is asked, and not a byte is written.
+    auto shortAnswer = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 111, 3, 0, kCallerFill);
+    EXPECT_EQ(shortAnswer.status, -24);
+    EXPECT_EQ(shortAnswer.outputLen, 111u);
+    EXPECT_EQ(shortAnswer.output, std::vector<uint8_t>(111, kCallerFill));
+    EXPECT_TRUE(events(config).empty());
+    auto full = zelsim::runScanMaps("sb_dvbs", 27, "DEU", {}, 112, 3, 0, kCallerFill);
     ASSERT_EQ(full.status, 0);
     EXPECT_EQ(full.outputLen, 112u);
     EXPECT_FALSE(full.overrun);
+    for (size_t gap : {65u, 92u, 93u, 94u, 95u, 96u, 97u, 98u, 99u, 108u, 109u, 110u, 111u}) {
+        EXPECT_EQ(full.output[gap], kCallerFill) << gap;
+    }
     SB_DVBS_SAT_INFO_T r;
     memcpy(&r, full.output.data(), sizeof(r));
     EXPECT_EQ(std::string(r.ac_name), std::string(64, 'S'));
@@ -281,9 +287,10 @@ TEST_F(DvbsConfigTest, JavaStatusIsPassedThroughWithNothingWrittenAndUnknownComm
     EXPECT_EQ(refused.outputLen, 4u);
     EXPECT_EQ(refused.output, std::vector<uint8_t>(4, 0));
     answer(config, {1}, 0);
-    auto bypass = zelsim::runScanMaps("sb_dvbs", 99, "DEU", {}, 8, 5);
+    auto bypass = zelsim::runScanMaps("sb_dvbs", 99, "DEU", {}, 8, 5, 0, kCallerFill);
     EXPECT_EQ(bypass.status, 0);
-    EXPECT_EQ(bypass.output, std::vector<uint8_t>(8, 0));
+    EXPECT_EQ(bypass.outputLen, 8u);
+    EXPECT_EQ(bypass.output, std::vector<uint8_t>(8, kCallerFill));
     answer(config, {1}, -3);
     EXPECT_EQ(zelsim::runScanMaps("sb_dvbs", 3, "DEU", {}, 8, 5).status, -3);
     EXPECT_EQ(events(config), (std::vector<std::string>{"cmd 62 in=null out=1", "cmd 99 in=null out=null",
@@ -360,19 +367,24 @@ TEST_F(DvbsConfigTest, SingleSatelliteConfigurationFillsItsFieldsAndCrossesTheRe
     registerMaps(c);
     const uint16_t index = 1;
     std::vector<uint8_t> in(reinterpret_cast<const uint8_t*>(&index), reinterpret_cast<const uint8_t*>(&index) + 2);
-    EXPECT_EQ(zelsim::runScanMaps("sb_dvbs", 45, "TUR", in, 95).status, -24);
-    auto rec = zelsim::runScanMaps("sb_dvbs", 45, "TUR", in, 96);
+    auto refused = zelsim::runScanMaps("sb_dvbs", 45, "TUR", in, 95, 0, 0, kCallerFill);
+    EXPECT_EQ(refused.status, -24);
+    EXPECT_EQ(refused.output, std::vector<uint8_t>(95, kCallerFill));
+    auto rec = zelsim::runScanMaps("sb_dvbs", 45, "TUR", in, 96, 0, 0, kCallerFill);
     ASSERT_EQ(rec.status, 0);
     EXPECT_EQ(rec.outputLen, 96u);
     EXPECT_FALSE(rec.overrun);
+    // The six fields, and every other byte as the builder had it.
     SB_DVBS_SAT_TP_REC_T r;
-    memcpy(&r, rec.output.data(), sizeof(r));
-    EXPECT_EQ(r.ui2_value_0, 2u);   // transport stream id, o[2]
-    EXPECT_EQ(r.ui2_value_68, 5u);  // satellite id, o[0]
-    EXPECT_EQ(r.ui2_value_70, 9u);  // record id, o[1]
-    EXPECT_EQ(r.ui4_freq, 11096u);
-    EXPECT_EQ(r.ui4_sym_rate, 27500u);  // o[5] at 76
-    EXPECT_EQ(r.e_pol, 2u);             // o[4] at 80
+    memset(&r, kCallerFill, sizeof(r));
+    r.ui2_value_0 = 2;   // transport stream id, o[2]
+    r.ui2_value_68 = 5;  // satellite id, o[0]
+    r.ui2_value_70 = 9;  // record id, o[1]
+    r.ui4_freq = 11096;
+    r.ui4_sym_rate = 27500;  // o[5] at 76
+    r.e_pol = 2;             // o[4] at 80
+    const auto* expected = reinterpret_cast<const uint8_t*>(&r);
+    EXPECT_EQ(rec.output, std::vector<uint8_t>(expected, expected + sizeof(r)));
     const uint16_t recordId = 9;
     std::vector<uint8_t> rid(reinterpret_cast<const uint8_t*>(&recordId), reinterpret_cast<const uint8_t*>(&recordId) + 2);
     auto shortRec = zelsim::runScanMaps("sb_dvbs", 56, "TUR", rid, 20);

@@ -320,8 +320,14 @@ TEST_F(SatelliteOpsTest, TkgsWritesVersionModeListAndLocators) {
         with("addVisibleLocator", "Lcom/brinova/tv/orvella/services/scan/ZelTvScanTKGS$TKGSLocator;",
              locator(12000 + i, 2, 27500, 0x20000 + i));
     }
+    Logs::clear();
     jint dropped = harness::callInt(tkgs, harness::methodOf(tkgs, "apply", (std::string("(") + settingsSig + ")I").c_str()), settings);
     EXPECT_EQ(dropped, 2);
+    // The native side keeps 20 hidden and 5 visible locators; the ones past them go silently.
+    EXPECT_EQ(Logs::containing("ZelTvScanTKGS_JNI", " Add one hidden locator: ").size(), 20u);
+    EXPECT_EQ(Logs::containing("ZelTvScanTKGS_JNI", " Add one visible locator: ").size(), 5u);
+    EXPECT_TRUE(Logs::containing("ZelTvScanTKGS_JNI", "locatorType").empty());
+    EXPECT_TRUE(Logs::starting("ZelTvScanTKGS_JNI", "[ERROR]").empty());
     memset(&block_, kFill, sizeof(block_));
     native(tkgs)->onPreScan(&block_);
     EXPECT_EQ(std::string(block_.s_svl_name), std::string(31, 'L'));

@@ -129,9 +129,12 @@ std::vector<ScanMapsAnswer> scanMapsAnswers();
 // status MWR_NOT_FOUND and is not added to scanMapsAnswers(). `input` is what pv_input points to (null when
 // empty and `inputValue` is 0; otherwise pv_input is `inputValue` cast to a pointer).
 // The cable builders ("sb_dvbc", "sb_cn_dvbc") also pass `value` and a null reserved pointer.
+// The output buffer holds `outputFill` in every byte before the call, so that a test sees
+// which bytes the library wrote and which it left as the caller had them.
 ScanMapsAnswer runScanMaps(const std::string& builderName, uint32_t cmd,
                            const std::string& country, const std::vector<uint8_t>& input,
-                           uint32_t outputSize, uintptr_t inputValue = 0, uint32_t value = 0);
+                           uint32_t outputSize, uintptr_t inputValue = 0, uint32_t value = 0,
+                           uint8_t outputFill = 0);
 
 // Scan-maps steps whose answer had another status than the step's "expect", one line each
 // (also printed on stderr as they happen).
