@@ -359,6 +359,22 @@ TEST_F(SatelliteOpsTest, TkgsWritesVersionModeListAndLocators) {
     harness::callInt(tkgs, harness::methodOf(tkgs, "nativeSetTKGSVersion", "([II)I"), array, 3);
     env->GetIntArrayRegion(array, 0, 2, values.data());
     EXPECT_EQ(values[0], 9);
+
+    // One hidden locator: all 20 records go to the block, those past the first zero; the
+    // visible records, with none stored, are left as they were.
+    jobject one = create(EXT_CLASS("ZelTvScanTKGS"));
+    jobject oneSettings = harness::newObject(EXT_CLASS("ZelTvScanTKGS$Settings"), "()V");
+    harness::callObject(oneSettings, harness::methodOf(oneSettings, "addHiddenLocator", "(Lcom/brinova/tv/orvella/services/scan/ZelTvScanTKGS$TKGSLocator;)Lcom/brinova/tv/orvella/services/scan/ZelTvScanTKGS$Settings;"),
+                        locator(11054, 1, 30000, 3000));
+    EXPECT_EQ(harness::callInt(one, harness::methodOf(one, "apply", (std::string("(") + settingsSig + ")I").c_str()), oneSettings), 0);
+    memset(&block_, kFill, sizeof(block_));
+    native(one)->onPreScan(&block_);
+    EXPECT_EQ(block_.at_hidden_locator[0].ui4_freq, 11054u);
+    EXPECT_EQ(block_.at_hidden_locator[0].ui2_pid, 3000);
+    const auto* rest = reinterpret_cast<const uint8_t*>(&block_.at_hidden_locator[1]);
+    EXPECT_EQ(std::vector<uint8_t>(rest, rest + 19 * sizeof(block_.at_hidden_locator[0])),
+              std::vector<uint8_t>(19 * sizeof(block_.at_hidden_locator[0]), 0));
+    EXPECT_TRUE(untouched(576, 656));
 }
 
 TEST_F(SatelliteOpsTest, TkgsTablesReachJavaInTheirOrder) {
